@@ -1,0 +1,29 @@
+#include "widgets/AnalogGaugeWidget.h"
+#include "widgets/DashboardWidgetFactory.h"
+#include "widgets/DigitalDisplayWidget.h"
+#include "widgets/ErrorConsoleWidget.h"
+#include "widgets/MessagesConsoleWidget.h"
+#include "widgets/StateIndicatorWidget.h"
+
+// The table of the types that come with the program, apart from the registry, which knows no widget.
+
+namespace {
+
+template <class Widget>
+void add(DashboardWidgetFactory& factory, QLatin1String typeName, QLatin1String iconFile)
+{
+    factory.registerType(
+        typeName, [] { return new Widget; }, QIcon(QLatin1String(":/icons/") + iconFile));
+}
+
+} // namespace
+
+void DashboardWidgetFactory::registerBuiltInTypes()
+{
+    // A saved layout finds its types by these names: each is what the widget's typeName() returns.
+    add<AnalogGaugeWidget>(*this, QLatin1String("AnalogGauge"), QLatin1String("gauge.png"));
+    add<DigitalDisplayWidget>(*this, QLatin1String("DigitalDisplay"), QLatin1String("display.png"));
+    add<StateIndicatorWidget>(*this, QLatin1String("StateIndicator"), QLatin1String("state.png"));
+    add<ErrorConsoleWidget>(*this, QLatin1String("ErrorConsole"), QLatin1String("error_console.png"));
+    add<MessagesConsoleWidget>(*this, QLatin1String("MessagesConsole"), QLatin1String("message-console.png"));
+}

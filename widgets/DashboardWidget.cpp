@@ -1,0 +1,83 @@
+#include "widgets/DashboardWidget.h"
+
+#include <QJsonArray>
+#include <QJsonValue>
+
+DashboardWidget::DashboardWidget(QWidget* parent)
+    : QWidget(parent)
+{}
+
+QSize DashboardWidget::minimumCanvasSize() const
+{
+    return minimumSizeHint().expandedTo(QSize(80, 60));
+}
+
+void DashboardWidget::setValueForSignal(const QString&, double value)
+{
+    setValue(value);
+}
+
+void DashboardWidget::setValueForSignalAt(const QString& name, double value, double)
+{
+    setValueForSignal(name, value);
+}
+
+bool DashboardWidget::supportsMultipleSignals() const
+{
+    return false;
+}
+
+bool DashboardWidget::usesSignalSelection() const
+{
+    return true;
+}
+
+QString DashboardWidget::signalName() const
+{
+    return m_assignedSignals.value(0);
+}
+
+QList<QString> DashboardWidget::assignedSignalList() const
+{
+    return m_assignedSignals;
+}
+
+void DashboardWidget::assignSignal(const QString& name)
+{
+    DashboardWidget::assignSignals({name});
+}
+
+void DashboardWidget::assignSignals(const QList<QString>& names)
+{
+    m_assignedSignals = names;
+    update();
+    Q_EMIT assignmentChanged();
+}
+
+void DashboardWidget::loadConfig(const QJsonObject& config)
+{
+    const QJsonValue entry = config.value(QLatin1String("signals"));
+    if (!entry.isArray())
+        return;
+    QList<QString> names;
+    const QJsonArray array = entry.toArray();
+    for (const auto& name : array) {
+        if (name.isString())
+            names.append(name.toString());
+    }
+    assignSignals(names);
+}
+
+QJsonObject DashboardWidget::saveConfig() const
+{
+    return {{QStringLiteral("signals"), QJsonArray::fromStringList(m_assignedSignals)}};
+}
+
+void DashboardWidget::buildConfigUI(QFormLayout*, QWidget*) {}
+
+void DashboardWidget::applyConfigUI() {}
+
+QString canonical(const QString& entry)
+{
+    return entry.section(QLatin1Char(':'), 0, 0).trimmed();
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QList>
+#include <QSize>
+#include <QString>
+#include <QWidget>
+
+class QFormLayout;
+
+// The base of everything that can stand on the dashboard. It fixes how the rest of the program talks to a
+// widget: which signals it shows, how a value reaches it, how its settings are saved and edited. It knows
+// neither the canvas nor the router, and never paints at once: a new value only calls update().
+class DashboardWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DashboardWidget(QWidget* parent = nullptr);
+
+    /// The smallest size that the canvas allows: minimumSizeHint(), at least 80 × 60 pixels.
+    virtual QSize minimumCanvasSize() const;
+    /// Shows one new value, already in physical units; may be NaN or infinite.
+    virtual void setValue(double value) = 0;
+    /// The name under which the type is registered; a layout stores it as "type".
+    virtual QString typeName() const = 0;
+    /// As setValue(); widgets that show several signals use the name.
+    virtual void setValueForSignal(const QString& name, double value);
+    /// As setValueForSignal(); widgets with a time axis use tSec, in seconds.
+    virtual void setValueForSignalAt(const QString& name, double value, double tSec);
+    /// Whether the configuration dialog offers a list of signals instead of a single choice.
+    virtual bool supportsMultipleSignals() const;
+    /// Whether the configuration dialog offers a signal row at all.
+    virtual bool usesSignalSelection() const;
+    /// The first assigned signal; empty when there is none.
+    virtual QString signalName() const;
+    /// The signals that the router delivers. Only the part of an entry before its first ":" counts.
+    virtual QList<QString> assignedSignalList() const;
+    /// Replaces the whole list by this one name, be it empty.
+    virtual void assignSignal(const QString& name);
+    /// Replaces the list; order and duplicates stay.
+    virtual void assignSignals(const QList<QString>& names);
+    /// Reads what is there and leaves the rest: "signals" must be an array; what is no string in it is
+    /// skipped.
+    virtual void loadConfig(const QJsonObject& config);
+    /// The settings that loadConfig() reads; here "signals" only.
+    virtual QJsonObject saveConfig() const;
+    /// Adds the widget's own rows to the form. The editors belong to parent.
+    virtual void buildConfigUI(QFormLayout* form, QWidget* parent);
+    /// Takes over what the editors of buildConfigUI() say, as far as they still exist.
+    virtual void applyConfigUI();
+
+Q_SIGNALS:
+    /// What assignedSignalList() returns may have changed.
+    void assignmentChanged();
+
+private:
+    QList<QString> m_assignedSignals;
+};
+
+/// The signal that an assignment entry names: what stands before its first ":", without outer white space.
+QString canonical(const QString& entry);

@@ -1,0 +1,108 @@
+#include "widgets/DigitalDisplayWidget.h"
+
+#include "widgets/FileNumbers.h"
+#include "widgets/SignalCaption.h"
+
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr int kValuePointSize = 28;
+constexpr int kNamePointSize = 10;
+constexpr int kMaxOfferedPlaces = 8;
+constexpr int kMaxShownPlaces = 17; ///< a double has no more digits to tell
+
+constexpr QLatin1String kSignalKey("signal");
+constexpr QLatin1String kDecimalPlacesKey("decimalPlaces");
+
+} // namespace
+
+DigitalDisplayWidget::DigitalDisplayWidget(QWidget* parent)
+    : DashboardWidget(parent)
+    , m_label(new QLabel(QStringLiteral("0"), this))
+{
+    QFont font = m_label->font();
+    font.setPointSize(kValuePointSize);
+    m_label->setFont(font);
+    m_label->setAlignment(Qt::AlignCenter);
+    m_label->setTextFormat(Qt::PlainText);
+    // 1e308 has 309 digits: the text must never decide how wide the widget has to be.
+    m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_label);
+}
+
+void DigitalDisplayWidget::setValue(double value)
+{
+    m_label->setText(QString::number(value, 'f', std::clamp(m_decimalPlaces, 0, kMaxShownPlaces)));
+}
+
+QString DigitalDisplayWidget::typeName() const
+{
+    return QStringLiteral("DigitalDisplay");
+}
+
+QString DigitalDisplayWidget::signalName() const
+{
+    return m_signal;
+}
+
+void DigitalDisplayWidget::assignSignal(const QString& name)
+{
+    m_signal = name;
+}
+
+void DigitalDisplayWidget::loadConfig(const QJsonObject& config)
+{
+    if (config.contains(kSignalKey))
+        m_signal = config.value(kSignalKey).toString();
+    if (config.contains(kDecimalPlacesKey)) {
+        using Limits = std::numeric_limits<int>;
+        m_decimalPlaces = jsonInt(config.value(kDecimalPlacesKey), Limits::min(), Limits::max(), 0);
+    }
+}
+
+QJsonObject DigitalDisplayWidget::saveConfig() const
+{
+    return {{kSignalKey, m_signal}, {kDecimalPlacesKey, m_decimalPlaces}};
+}
+
+void DigitalDisplayWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
+{
+    m_decimalPlacesEditor = new QDoubleSpinBox(parent);
+    m_decimalPlacesEditor->setRange(0, kMaxOfferedPlaces);
+    m_decimalPlacesEditor->setDecimals(0);
+    m_decimalPlacesEditor->setValue(m_decimalPlaces);
+    m_decimalPlacesEditor->setAccessibleName(tr("Decimal places"));
+    m_decimalPlacesEditor->setToolTip(tr("Digits after the decimal point, from the next value on"));
+    form->addRow(tr("Decimal Places:"), m_decimalPlacesEditor);
+}
+
+void DigitalDisplayWidget::applyConfigUI()
+{
+    if (m_decimalPlacesEditor)
+        m_decimalPlaces = static_cast<int>(m_decimalPlacesEditor->value());
+}
+
+void DigitalDisplayWidget::paintEvent(QPaintEvent*)
+{
+    if (assignedSignalList().isEmpty())
+        return;
+    const SignalCaption caption = signalCaption(assignedSignalList());
+    QPainter painter(this);
+    QFont font = painter.font();
+    font.setPointSize(kNamePointSize);
+    painter.setFont(font);
+    painter.setPen(Qt::black);
+    painter.drawText(QRect(0, 25, width(), height() + 25), Qt::AlignCenter, caption.description);
+    painter.drawText(QRect(0, 35, width(), height() + 35), Qt::AlignCenter, caption.name);
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "widgets/DashboardWidget.h"
+
+#include <QPointer>
+
+class QDoubleSpinBox;
+class QLabel;
+
+// The latest value of one signal in large digits, the signal's name in small text beneath. The signal that
+// signalName() tells is a field of its own; what is delivered follows the list of the base class.
+class DigitalDisplayWidget : public DashboardWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DigitalDisplayWidget(QWidget* parent = nullptr);
+
+    /// Shown in fixed-point notation; NaN and infinities as text.
+    void setValue(double value) override;
+    QString typeName() const override;
+    QString signalName() const override;
+    void assignSignal(const QString& name) override;
+    void loadConfig(const QJsonObject& config) override;
+    QJsonObject saveConfig() const override;
+    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
+    void applyConfigUI() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QLabel* m_label;
+    QString m_signal;
+    int m_decimalPlaces = 1; ///< as loaded; bounded only when a value is formatted
+    QPointer<QDoubleSpinBox> m_decimalPlacesEditor;
+};

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "widgets/DashboardWidget.h"
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QPointer>
+#include <QTimer>
+
+class QCheckBox;
+class QSpinBox;
+class QTextEdit;
+
+// What the error console and the message console have in common: a read-only editor whose document is the
+// store, one block per event, the newest maxLines() of them. Appended events are collected and written to the
+// document at most once per frame, the first after a pause at the next turn of the event loop. It does not
+// know what an event means; the text is shown as it is, never read as markup.
+class EventConsoleWidget : public DashboardWidget
+{
+    Q_OBJECT
+
+public:
+    explicit EventConsoleWidget(QWidget* parent = nullptr);
+
+    /// As set; what is shown is bounded to 1 to 100,000 lines.
+    int maxLines() const { return m_maxLines; }
+    bool autoScroll() const { return m_autoScroll; }
+    /// Every line shown, or just about to be, oldest first.
+    QString plainText();
+    /// Seconds with three decimals and an "s".
+    static QString formatTime(double tSec);
+
+    void setValue(double) override {}
+    void setValueForSignal(const QString&, double) override {}
+    void loadConfig(const QJsonObject& config) override;
+    QJsonObject saveConfig() const override;
+    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
+    void applyConfigUI() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    /// Adds "[time] text" as the newest line. What would break the line is shown as U+FFFD, a
+    /// text of more than 4,000 characters is cut and ends in "…".
+    void appendEvent(double tSec, const QString& text);
+    void clearEvents();
+    /// A lowered limit takes effect with the next line.
+    void setMaxLines(int lines);
+    void setAutoScroll(bool on);
+    /// The editors of buildConfigUI(); null when the dialog is gone.
+    QSpinBox* maxLinesEditor() const;
+    QCheckBox* autoScrollEditor() const;
+
+private:
+    struct Event
+    {
+        double tSec;
+        QString text;
+    };
+
+    int lineLimit() const;
+    void setupEditor();
+    void flush();
+    void writePending();
+    double trim();
+    bool isFollowing() const;
+    void followNewest();
+    void showContextMenu(const QPoint& position);
+
+    QPointer<QTextEdit> m_editor;
+    int m_maxLines = 500;
+    bool m_autoScroll = true;
+    bool m_selecting = false; ///< the left button is down in the editor
+    QList<Event> m_pending;   ///< never more than lineLimit()
+    QTimer m_flushTimer;
+    QElapsedTimer m_sinceFlush;
+    qint64 m_flushPause = 0; ///< milliseconds from one flush to the next
+    QPointer<QSpinBox> m_maxLinesEditor;
+    QPointer<QCheckBox> m_autoScrollEditor;
+};
