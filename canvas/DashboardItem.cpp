@@ -1,0 +1,413 @@
+#include "canvas/DashboardItem.h"
+
+#include "canvas/DesignScene.h"
+#include "canvas/StackingOrder.h"
+#include "widgets/DashboardWidget.h"
+#include "widgets/DashboardWidgetConfigDialog.h"
+#include "widgets/DashboardWidgetFactory.h"
+#include "widgets/FileNumbers.h"
+
+#include <QApplication>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsRectItem>
+#include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsSceneHoverEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QJsonArray>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPainter>
+#include <QTimer>
+
+#include <cmath>
+
+namespace {
+
+constexpr int kGrid = 10;
+constexpr int kMaxSide = 16'000;
+constexpr double kMaxPosition = 1'000'000.0;
+constexpr double kHandleSide = 12.0;
+
+/// Cut to whole units and rounded up to the grid, within what the canvas allows.
+int gridSide(double requested, double minimum)
+{
+    const int side = boundedInt(std::max(requested, minimum), 0, kMaxSide, boundedInt(minimum, 0, kMaxSide, 0));
+    return (side + kGrid - 1) / kGrid * kGrid;
+}
+
+double snapped(double coordinate) { return std::round(coordinate / kGrid) * kGrid; }
+
+double bounded(const QJsonValue& number) { return std::clamp(number.toDouble(), -kMaxPosition, kMaxPosition); }
+
+} // namespace
+
+DashboardItem::DashboardItem(DashboardWidget* widget, QGraphicsItem* parent)
+    : QGraphicsItem(parent)
+    , m_widget(widget)
+{
+    setFlags(ItemIsMovable | ItemIsSelectable);
+    setAcceptHoverEvents(true);
+    setFiltersChildEvents(true);
+    m_proxy = new QGraphicsProxyWidget(this);
+    m_proxy->setWidget(widget);
+    m_proxy->setPos(0, 0);
+    setupHandle();
+    resize(widget->size());
+    raiseHandleAboveScene();
+    setAcceptDrops(true);
+    // A fresh item is in the run state of m_designMode == false: inert, without a handle.
+    setDesignMode(false);
+}
+
+DashboardItem::~DashboardItem()
+{
+    endPointerAction();
+    noteChange();
+}
+
+DashboardWidget* DashboardItem::widget() const { return m_widget; }
+
+void DashboardItem::setupHandle()
+{
+    m_handle = new QGraphicsRectItem(this);
+    m_handle->setBrush(Qt::darkGray);
+    m_handle->setPen(QPen(Qt::black));
+    m_handle->setCursor(Qt::SizeFDiagCursor);
+    m_handle->setZValue(1.0);
+    m_handle->setAcceptedMouseButtons(Qt::LeftButton);
+    m_handle->setAcceptHoverEvents(true);
+    m_handle->setFlag(ItemIgnoresParentOpacity);
+}
+
+QSizeF DashboardItem::effectiveMinCanvasSize() const
+{
+    if (!m_proxy || !m_widget)
+        return {80, 60};
+    return QSizeF(m_widget->minimumCanvasSize()).expandedTo({20, 20});
+}
+
+void DashboardItem::resize(const QSizeF& requested)
+{
+    const QSizeF minimum = effectiveMinCanvasSize();
+    const QSize size(gridSide(requested.width(), minimum.width()), gridSide(requested.height(), minimum.height()));
+    prepareGeometryChange();
+    m_size = size;
+    if (m_widget) {
+        // The limits come first: a widget's old minimum would otherwise hold the proxy at the old size.
+        m_widget->setMinimumSize(minimum.toSize());
+        m_widget->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+        m_proxy->setGeometry(QRectF(QPointF(0, 0), m_size));
+        m_widget->resize(size);
+        m_widget->update();
+    }
+    m_handle->setRect(resizeHandleRect());
+    raiseHandleAboveScene();
+    update();
+}
+
+QRectF DashboardItem::resizeHandleRect() const
+{
+    return {m_size.width() - kHandleSide, m_size.height() - kHandleSide, kHandleSide, kHandleSide};
+}
+
+void DashboardItem::raiseHandleAboveScene()
+{
+    const auto* designScene = qobject_cast<DesignScene*>(scene());
+    if (designScene)
+        m_handle->setZValue(designScene->highestZ() - zValue() + 1);
+}
+
+void DashboardItem::setDesignMode(bool on)
+{
+    m_designMode = on;
+    setFlag(ItemIsMovable, on);
+    setAcceptHoverEvents(on);
+    if (!on) {
+        endPointerAction();
+        unsetCursor();
+        setSelected(false);
+    }
+    m_handle->setVisible(on);
+    raiseHandleAboveScene();
+    if (m_widget) {
+        if (on)
+            m_widget->setCursor(Qt::OpenHandCursor);
+        else
+            m_widget->unsetCursor();
+    }
+    // What the mouse last touched inside the widget would otherwise decide the cursor over all of it.
+    if (on)
+        m_proxy->setCursor(Qt::OpenHandCursor);
+    else
+        m_proxy->unsetCursor();
+    update();
+}
+
+void DashboardItem::requestDelete()
+{
+    if (m_deleteRequested)
+        return;
+    m_deleteRequested = true;
+    if (m_widget) {
+        const QList<QDialog*> dialogs = m_widget->findChildren<QDialog*>();
+        for (QDialog* dialog : dialogs)
+            dialog->close();
+        m_widget->setAcceptDrops(false);
+        m_widget->clearFocus();
+    }
+    endPointerAction();
+    if (scene())
+        scene()->removeItem(this);
+    if (!m_inMenu)
+        destroyLater();
+}
+
+void DashboardItem::destroyLater()
+{
+    // The proxy dies with the item, and the timer with it, should the item go otherwise before.
+    QTimer::singleShot(0, m_proxy, [this] { delete this; });
+}
+
+QJsonObject DashboardItem::toJson() const
+{
+    if (!m_widget)
+        return {};
+    return {
+        {QStringLiteral("type"), m_widget->typeName()},
+        {QStringLiteral("signals"), QJsonArray::fromStringList(m_widget->assignedSignalList())},
+        {QStringLiteral("x"), pos().x()},
+        {QStringLiteral("y"), pos().y()},
+        {QStringLiteral("width"), m_size.width()},
+        {QStringLiteral("height"), m_size.height()},
+        {QStringLiteral("config"), m_widget->saveConfig()},
+        {QStringLiteral("z"), zValue()},
+    };
+}
+
+DashboardItem* DashboardItem::fromJson(const QJsonObject& record)
+{
+    const auto field = [&record](const char* key) { return record.value(QLatin1String(key)); };
+    DashboardWidget* widget = DashboardWidgetFactory::instance().create(field("type").toString());
+    if (!widget)
+        return nullptr;
+    auto* item = new DashboardItem(widget);
+    QStringList names;
+    const QJsonArray assigned = field("signals").toArray();
+    for (const QJsonValue& name : assigned) {
+        if (name.isString())
+            names.append(name.toString());
+    }
+    widget->assignSignals(names);
+    widget->loadConfig(field("config").toObject());
+    item->setPos(bounded(field("x")), bounded(field("y")));
+    item->resize({field("width").toDouble(), field("height").toDouble()});
+    item->setZValue(bounded(field("z")));
+    return item;
+}
+
+QRectF DashboardItem::boundingRect() const { return {QPointF(0, 0), m_size}; }
+
+void DashboardItem::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*)
+{
+    if (!m_designMode)
+        return;
+    painter->setPen(QPen(Qt::blue, 2.0, Qt::DashLine, Qt::SquareCap, Qt::BevelJoin));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(boundingRect());
+}
+
+QVariant DashboardItem::itemChange(GraphicsItemChange change, const QVariant& value)
+{
+    switch (change) {
+    case ItemSceneChange: // still in the old scene
+        noteChange();
+        break;
+    case ItemSceneHasChanged:
+        followWidget();
+        noteChange();
+        break;
+    case ItemZValueHasChanged:
+    case ItemParentHasChanged:
+        noteChange();
+        break;
+    default:
+        break;
+    }
+    return QGraphicsItem::itemChange(change, value);
+}
+
+void DashboardItem::followWidget()
+{
+    QObject::disconnect(m_assignmentConnection);
+    QObject::disconnect(m_destroyedConnection);
+    auto* designScene = qobject_cast<DesignScene*>(scene());
+    if (!designScene || !m_widget)
+        return;
+    m_assignmentConnection = QObject::connect(m_widget, &DashboardWidget::assignmentChanged, designScene,
+                                              &DesignScene::noteAssignmentsChanged);
+    m_destroyedConnection =
+        QObject::connect(m_widget, &QObject::destroyed, designScene, &DesignScene::noteItemsChanged);
+}
+
+void DashboardItem::noteChange() const
+{
+    if (auto* designScene = qobject_cast<DesignScene*>(scene()))
+        designScene->noteItemsChanged();
+}
+
+// The proxy lies over the whole item, so that in design mode the item must take what the proxy would get.
+bool DashboardItem::sceneEventFilter(QGraphicsItem* watched, QEvent* event)
+{
+    if (!m_designMode)
+        return false;
+    switch (event->type()) {
+    case QEvent::GraphicsSceneMousePress:
+    case QEvent::GraphicsSceneMouseDoubleClick:
+        event->ignore(); // the scene offers it to the next item below, which is this one
+        return true;
+    case QEvent::GraphicsSceneContextMenu: {
+        auto* menuEvent = static_cast<QGraphicsSceneContextMenuEvent*>(event);
+        menuEvent->setPos(mapFromItem(watched, menuEvent->pos()));
+        contextMenuEvent(menuEvent);
+        return true;
+    }
+    case QEvent::GraphicsSceneHoverEnter:
+    case QEvent::GraphicsSceneHoverMove: {
+        auto* hoverEvent = static_cast<QGraphicsSceneHoverEvent*>(event);
+        hoverEvent->setPos(mapFromItem(watched, hoverEvent->pos()));
+        hoverMoveEvent(hoverEvent);
+        return true;
+    }
+    case QEvent::GraphicsSceneWheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::InputMethod:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void DashboardItem::hoverMoveEvent(QGraphicsSceneHoverEvent* event)
+{
+    if (!m_designMode)
+        unsetCursor();
+    else if (resizeHandleRect().contains(event->pos()))
+        setCursor(Qt::SizeFDiagCursor);
+    else
+        setCursor(Qt::OpenHandCursor);
+}
+
+void DashboardItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
+{
+    if (!m_designMode || event->button() != Qt::LeftButton) {
+        QGraphicsItem::mousePressEvent(event);
+        return;
+    }
+    endPointerAction();
+    m_resizing = resizeHandleRect().contains(event->pos());
+    m_dragging = !m_resizing;
+    m_pressPos = event->pos();
+    setPointerCursor(m_resizing ? Qt::SizeFDiagCursor : Qt::ClosedHandCursor);
+    event->accept();
+}
+
+void DashboardItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
+{
+    if (m_resizing) {
+        resize({event->pos().x(), event->pos().y()});
+    } else if (m_dragging) {
+        const QPointF target = pos() + (event->pos() - m_pressPos);
+        setPos(std::clamp(snapped(target.x()), -kMaxPosition, kMaxPosition),
+               std::clamp(snapped(target.y()), -kMaxPosition, kMaxPosition));
+    } else {
+        QGraphicsItem::mouseMoveEvent(event);
+    }
+}
+
+void DashboardItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
+{
+    if (!m_designMode) {
+        QGraphicsItem::mouseReleaseEvent(event);
+        return;
+    }
+    endPointerAction();
+    event->accept();
+}
+
+void DashboardItem::endPointerAction()
+{
+    m_dragging = false;
+    m_resizing = false;
+    if (m_overridesCursor)
+        QApplication::restoreOverrideCursor();
+    m_overridesCursor = false;
+}
+
+void DashboardItem::setPointerCursor(Qt::CursorShape shape)
+{
+    QApplication::setOverrideCursor(shape);
+    m_overridesCursor = true;
+}
+
+void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
+{
+    if (!m_designMode || !m_widget) {
+        QGraphicsItem::contextMenuEvent(event);
+        return;
+    }
+    event->accept();
+    if (m_inMenu)
+        return;
+    // Menu and dialogs run their own event loops; whoever deletes the item from there must wait for the end.
+    m_inMenu = true;
+    runContextMenu(event->screenPos());
+    m_inMenu = false;
+    if (m_deleteRequested)
+        destroyLater();
+}
+
+void DashboardItem::runContextMenu(const QPoint& screenPos)
+{
+    QMenu menu;
+    const QAction* configure = menu.addAction(QObject::tr("Configure Widget..."));
+    const std::pair<const QAction*, StackingMove> moves[] = {
+        {menu.addAction(QObject::tr("Bring to Front")), StackingMove::BringToFront},
+        {menu.addAction(QObject::tr("Send to Back")), StackingMove::SendToBack},
+        {menu.addAction(QObject::tr("Bring Forward")), StackingMove::BringForward},
+        {menu.addAction(QObject::tr("Send Backward")), StackingMove::SendBackward},
+    };
+    menu.addSeparator();
+    const QAction* remove = menu.addAction(QObject::tr("Delete"));
+
+    const QAction* chosen = menu.exec(screenPos);
+    if (!chosen || m_deleteRequested || !m_widget)
+        return;
+    if (chosen == configure)
+        configureWidget();
+    else if (chosen == remove)
+        confirmDelete();
+    for (const auto& [action, move] : moves) {
+        if (action != chosen)
+            continue;
+        setZValue(stackedZ(*this, move));
+        raiseHandleAboveScene();
+        update();
+    }
+}
+
+void DashboardItem::configureWidget()
+{
+    DashboardWidgetConfigDialog dialog(m_widget);
+    dialog.exec();
+}
+
+void DashboardItem::confirmDelete()
+{
+    const auto answer = QMessageBox::question(nullptr, QObject::tr("Delete Widget"),
+                                              QObject::tr("Are you sure you want to delete this widget?"),
+                                              QMessageBox::Yes | QMessageBox::No);
+    if (answer == QMessageBox::Yes)
+        requestDelete();
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <QGraphicsItem>
+#include <QJsonObject>
+#include <QPointer>
+
+class DashboardWidget;
+class QGraphicsProxyWidget;
+class QGraphicsRectItem;
+
+// One widget on the canvas, embedded through a proxy that owns it. In design mode the item takes the mouse:
+// it can be dragged on the grid, resized by its corner, restacked, configured and deleted. Otherwise it is
+// inert and the widget gets every event itself.
+class DashboardItem : public QGraphicsItem
+{
+public:
+    /// Takes the widget over, which must not be null.
+    explicit DashboardItem(DashboardWidget* widget, QGraphicsItem* parent = nullptr);
+    ~DashboardItem() override;
+
+    /// Null once the widget is gone.
+    DashboardWidget* widget() const;
+
+    /// Sets the size in scene units: each side at least the effective minimum, at most 16,000 and rounded up to a
+    /// multiple of 10; NaN gives the minimum.
+    void resize(const QSizeF& requested);
+    QSizeF effectiveMinCanvasSize() const;
+    /// The square in the bottom right corner that resizes, in item coordinates.
+    QRectF resizeHandleRect() const;
+    void raiseHandleAboveScene();
+    void setDesignMode(bool on);
+    /// Takes the item off the canvas at once; it, its proxy and its widget are destroyed from the event loop, and
+    /// not before its own handlers have returned.
+    void requestDelete();
+
+    QJsonObject toJson() const;
+    /// A new item, owned by the caller; null when the record's type is unknown. Numbers that are missing or of
+    /// another type are 0, positions are kept within ±1,000,000.
+    [[nodiscard]] static DashboardItem* fromJson(const QJsonObject& record);
+
+    QRectF boundingRect() const override;
+    void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* target) override;
+
+protected:
+    QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
+    bool sceneEventFilter(QGraphicsItem* watched, QEvent* event) override;
+    void hoverMoveEvent(QGraphicsSceneHoverEvent* event) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
+    void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;
+    void mouseReleaseEvent(QGraphicsSceneMouseEvent* event) override;
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent* event) override;
+
+private:
+    void setupHandle();
+    void followWidget();
+    void noteChange() const;
+    void runContextMenu(const QPoint& screenPos);
+    void configureWidget();
+    void confirmDelete();
+    void endPointerAction();
+    void setPointerCursor(Qt::CursorShape shape);
+    void destroyLater();
+
+    QGraphicsProxyWidget* m_proxy = nullptr;
+    QGraphicsRectItem* m_handle = nullptr;
+    bool m_designMode = false;
+    bool m_dragging = false;
+    bool m_resizing = false;
+    bool m_overridesCursor = false;
+    bool m_deleteRequested = false;
+    bool m_inMenu = false;
+    QPointF m_pressPos;
+    QSizeF m_size{-1, -1};
+    QPointer<DashboardWidget> m_widget;
+    QMetaObject::Connection m_assignmentConnection;
+    QMetaObject::Connection m_destroyedConnection;
+};

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QGraphicsScene>
+#include <QList>
+
+class DashboardItem;
+class DashboardWidget;
+
+// The canvas: a scene of dashboard items with a grid behind them while the dashboard is being designed.
+// It answers questions about its items and counts the changes that matter to whoever keeps an index of them.
+// It knows nothing of modes, projects or values.
+class DesignScene : public QGraphicsScene
+{
+    Q_OBJECT
+
+public:
+    explicit DesignScene(QObject* parent = nullptr);
+    ~DesignScene() override;
+
+    /// Whether the grid is shown; the items are switched by their own setDesignMode().
+    bool isDesignMode() const { return m_designMode; }
+    void setDesignMode(bool on);
+
+    /// The top-level dashboard items, topmost first.
+    QList<DashboardItem*> dashboardItems() const;
+    /// The highest z value among the top-level items, at least 0.
+    qreal highestZ() const;
+
+    /// Counts up whenever a dashboard item was added, removed or restacked.
+    quint64 itemsRevision() const { return m_itemsRevision; }
+    /// Counts up whenever a widget's assigned signals may have changed.
+    quint64 assignmentsRevision() const { return m_assignmentsRevision; }
+    void noteItemsChanged() { ++m_itemsRevision; }
+    void noteAssignmentsChanged() { ++m_assignmentsRevision; }
+
+    /// Moves every item that shows less than a corner of itself inside the scene rectangle back into it.
+    void bringOutlyingItemsIntoView();
+
+    /// Every widget of class T in the scene, topmost first; with topLevelOnly the nested ones are left out.
+    template <class T>
+    QList<T*> widgetsOfType(bool topLevelOnly) const;
+
+protected:
+    void drawBackground(QPainter* painter, const QRectF& rect) override;
+    void contextMenuEvent(QGraphicsSceneContextMenuEvent* event) override;
+
+private:
+    QList<DashboardWidget*> widgets(bool topLevelOnly) const;
+
+    bool m_designMode = false;
+    quint64 m_itemsRevision = 1;
+    quint64 m_assignmentsRevision = 1;
+    mutable quint64 m_highestZRevision = 0;
+    mutable qreal m_highestZ = 0.0;
+};
+
+template <class T>
+QList<T*> DesignScene::widgetsOfType(bool topLevelOnly) const
+{
+    QList<T*> found;
+    const QList<DashboardWidget*> all = widgets(topLevelOnly);
+    for (DashboardWidget* widget : all) {
+        if (auto* wanted = dynamic_cast<T*>(widget))
+            found.append(wanted);
+    }
+    return found;
+}
