@@ -1,0 +1,81 @@
+#!/usr/bin/env bash
+# Builds Sigvane and starts it on the example project with its simulated device. Arguments are handed
+# to the program. Without a display it runs for some seconds on a virtual one and leaves a screenshot.
+set -euo pipefail
+# shellcheck source=scripts/lib.sh
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+program=build/release/app/sigvane
+device=build/release/examples/pump-rig/firmware/pump-rig
+project=$root/build/pump-rig
+screenshot=build/screenshot.png
+seconds_on_virtual_display=12
+
+own_processes=()
+end_own_processes() {
+    trap - EXIT
+    [ ${#own_processes[@]} -eq 0 ] || kill "${own_processes[@]}" 2>/dev/null || true
+    wait
+}
+trap end_own_processes EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
+# Works on a copy, so that what is saved and recorded while trying things out stays out of the checkout.
+# Only files that are newer in the example are copied again: what was saved in the copy survives.
+copy_example() {
+    step "the example project is build/pump-rig, a copy of examples/pump-rig"
+    mkdir -p "$project"
+    cp -Ru examples/pump-rig/dashboard_signals.def examples/pump-rig/layouts "$project/"
+}
+
+start_device() {
+    exec {device_output}< <(exec "$device")
+    own_processes+=($!)
+    read -r -t 10 -u "$device_output" port || die "the simulated device did not start"
+    step "the simulated device prints on $port"
+}
+
+start_virtual_display() {
+    local number
+    exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 1600x1000x24 -nolisten tcp 2>build/xvfb.log)
+    own_processes+=($!)
+    read -r -t 20 -u "$display_output" number || die "Xvfb did not start, see build/xvfb.log"
+    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
+    step "no display here: using a virtual one for $seconds_on_virtual_display seconds"
+}
+
+# In the background also where it is waited for: a signal to this script then ends everything at once.
+start_sigvane() {
+    "$program" --project "$project" --layout "$project/layouts/pump-rig.json" \
+        --port "$port" --baud 115200 "$@" &
+    sigvane=$!
+    own_processes+=("$sigvane")
+}
+
+take_screenshot() {
+    sleep "$seconds_on_virtual_display"
+    kill -0 "$sigvane" 2>/dev/null || die "the program ended by itself"
+    import -window root "$screenshot"
+    step "the screenshot is $screenshot"
+}
+
+if [ -n "${DISPLAY:-}" ]; then
+    set_up
+elif [ -n "${WAYLAND_DISPLAY:-}" ]; then
+    set_up qt6-wayland=c++
+else
+    set_up xvfb=Xvfb imagemagick=import
+fi
+build release sigvane pump-rig
+copy_example
+start_device
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+    step "starting Sigvane; closing its window ends the device too"
+    start_sigvane "$@"
+    wait "$sigvane"
+else
+    start_virtual_display
+    start_sigvane -qwindowgeometry 1600x1000+0+0 "$@"
+    take_screenshot
+fi
