@@ -1,0 +1,74 @@
+#include "app/CompactToolBar.h"
+
+#include <QAction>
+#include <QFontMetrics>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QToolButton>
+
+namespace {
+
+constexpr int kIconSide = 24;
+constexpr int kFontPoints = 9;
+constexpr int kHeightBesideText = 34;
+
+} // namespace
+
+CompactToolBar::CompactToolBar(const QString& title, const QString& objectName, QWidget* parent)
+    : QToolBar(title, parent)
+{
+    setObjectName(objectName);
+    setAllowedAreas(Qt::TopToolBarArea);
+    setMovable(false);
+    setFloatable(false);
+    setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    // Hidden by a stray right click, a toolbar would not be found again.
+    toggleViewAction()->setEnabled(false);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    QStyle* fusion = QStyleFactory::create(QStringLiteral("Fusion"));
+    fusion->setParent(this);
+    setStyle(fusion);
+    QPalette background = palette();
+    background.setColor(QPalette::Window, QColor(QStringLiteral("#eeeeee")));
+    setPalette(background);
+    setAutoFillBackground(true);
+    compact();
+}
+
+void CompactToolBar::compact()
+{
+    setIconSize(QSize(kIconSide, kIconSide));
+    QFont small = font();
+    small.setPointSize(kFontPoints);
+    setFont(small);
+    setStyleSheet(
+        QStringLiteral("QToolBar { spacing: 6px; }QToolButton { padding: 2px 4px; margin: 0px; }"));
+    const int height = QFontMetrics(small).height() + kHeightBesideText;
+    setFixedHeight(height);
+    const QList<QToolButton*> buttons = findChildren<QToolButton*>();
+    for (QToolButton* button : buttons) {
+        button->setIconSize(iconSize());
+        button->setFixedHeight(height);
+    }
+}
+
+void CompactToolBar::addSpacer(int width)
+{
+    auto* spacer = new QWidget(this);
+    spacer->setFixedWidth(width);
+    addWidget(spacer);
+}
+
+void CompactToolBar::addExpandingSpacer()
+{
+    auto* spacer = new QWidget(this);
+    spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    addWidget(spacer);
+}
+
+QAction* CompactToolBar::addIconAction(const QString& iconPath, const QString& text, const QString& toolTip)
+{
+    QAction* action = addAction(QIcon(iconPath), text);
+    action->setToolTip(toolTip);
+    return action;
+}

@@ -1,0 +1,124 @@
+#include "app/ProjectFolder.h"
+
+#include "app/ProjectIntroDialog.h"
+#include "definitions/ActiveDefinitions.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace {
+
+const QString kDefinitionsName = QStringLiteral("dashboard_signals.def");
+const QString kApplication = QStringLiteral("Sigvane");
+const QString kProjectDirKey = QStringLiteral("projectDir");
+// Two stores on purpose: the prompt's own one forgets its folder at every start, the other one keeps the last
+// project that was opened in any way.
+const QString kPromptOrganization = QStringLiteral("Tavimar");
+const QString kLastOpenedOrganization = QStringLiteral("YourCompany");
+
+} // namespace
+
+ProjectFolder::ProjectFolder(ActiveDefinitions* definitions, QWidget* dialogParent)
+    : QObject(dialogParent)
+    , m_definitions(definitions)
+    , m_dialogParent(dialogParent)
+{}
+
+bool ProjectFolder::isValid(const QString& dir)
+{
+    return !dir.isEmpty() && QFileInfo::exists(QDir(dir).filePath(kDefinitionsName));
+}
+
+QString ProjectFolder::file(const QString& name) const { return QDir(m_path).filePath(name); }
+
+void ProjectFolder::ensureSubdirs() const
+{
+    if (m_path.isEmpty())
+        return;
+    for (const char* name : {"recordings", "layouts", "exports"})
+        QDir().mkpath(file(QLatin1String(name)));
+}
+
+bool ProjectFolder::open(const QString& dir)
+{
+    if (!isValid(dir))
+        return false;
+    Q_EMIT aboutToOpen();
+    m_path = QDir(dir).absolutePath();
+    QSettings(kLastOpenedOrganization, kApplication).setValue(kProjectDirKey, m_path);
+    ensureSubdirs();
+    if (!loadDefinitions(file(kDefinitionsName)))
+        return false;
+    Q_EMIT opened(m_path);
+    return true;
+}
+
+bool ProjectFolder::loadDefinitions(const QString& path)
+{
+    const QString title = tr("Signals Definition");
+    if (!QFileInfo(path).isFile()) {
+        warn(title, tr("Cannot find signals file:\n%1").arg(path));
+        return false;
+    }
+    auto catalogue = std::make_unique<DashboardSignalParser>(path);
+    if (!catalogue->parse()) {
+        warn(title, tr("Failed to load:\n%1").arg(path));
+        return false;
+    }
+    m_definitionsFile = QFileInfo(path).absoluteFilePath();
+    m_definitions->setProject(std::move(catalogue));
+    return true;
+}
+
+void ProjectFolder::choose()
+{
+    const QString dir = pickFolder();
+    if (!dir.isEmpty() && !open(dir))
+        warn(tr("Invalid Project"), tr("Selected folder does not contain dashboard_signals.def"));
+}
+
+void ProjectFolder::loadLastOrPrompt()
+{
+    // The stored folder is forgotten before it is read: every start without a project asks again.
+    QSettings settings(kPromptOrganization, kApplication);
+    settings.remove(kProjectDirKey);
+    const QString last = settings.value(kProjectDirKey).toString();
+    if (!isValid(last) || !open(last))
+        showIntroAndPrompt();
+}
+
+void ProjectFolder::showIntroAndPrompt()
+{
+    for (;;) {
+        const QString dir = showProjectIntro(m_dialogParent) ? QString() : pickFolder();
+        if (dir.isEmpty()) {
+            Q_EMIT refused();
+            return;
+        }
+        if (isValid(dir)) {
+            if (open(dir))
+                QSettings(kPromptOrganization, kApplication).setValue(kProjectDirKey, dir);
+            return;
+        }
+        warn(tr("Invalid Project"), tr("Selected folder does not contain dashboard_signals.def"));
+    }
+}
+
+QString ProjectFolder::pickFolder() const
+{
+    const QString start =
+        m_path.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : m_path;
+    return QFileDialog::getExistingDirectory(
+        m_dialogParent, tr("Select Project Folder (contains dashboard_signals.def)"), start);
+}
+
+void ProjectFolder::warn(const QString& title, const QString& text) const
+{
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Ok, m_dialogParent);
+    box.setTextFormat(Qt::PlainText); // a path may look like markup
+    box.exec();
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class ActiveDefinitions;
+class QWidget;
+
+// The project that is open: its folder, its subfolders, its definitions file, and how the user chooses one.
+// It hands the loaded catalogue to ActiveDefinitions and tells the rest by signals.
+class ProjectFolder : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// dialogParent is the window above which the boxes appear; nothing is owned.
+    ProjectFolder(ActiveDefinitions* definitions, QWidget* dialogParent);
+
+    /// Whether the folder holds something called dashboard_signals.def.
+    static bool isValid(const QString& dir);
+    /// Absolute path; empty until a project was opened.
+    QString path() const { return m_path; }
+    /// The path of a file inside the project.
+    QString file(const QString& name) const;
+    /// The definitions file that was loaded last, absolute; empty when none was.
+    QString definitionsFile() const { return m_definitionsFile; }
+    /// Makes recordings, layouts and exports inside the project; without a project it makes nothing.
+    void ensureSubdirs() const;
+
+    /// Opens a project. False when the folder is none (nothing changes then), or when its definitions cannot be
+    /// loaded (the folder is the project's all the same).
+    bool open(const QString& dir);
+    /// Makes the file the project's definitions. False after a box that says why; the ones before stay active.
+    bool loadDefinitions(const QString& path);
+    /// Lets the user pick a folder and opens it.
+    void choose();
+    /// The project choice at start-up.
+    void loadLastOrPrompt();
+    /// The introduction and the folder picker, again and again until a project is chosen or the user gives up.
+    void showIntroAndPrompt();
+
+Q_SIGNALS:
+    /// A project is about to be opened: whatever belongs to the one before must end now.
+    void aboutToOpen();
+    void opened(const QString& dir);
+    /// The user does not want any project.
+    void refused();
+
+private:
+    QString pickFolder() const;
+    void warn(const QString& title, const QString& text) const;
+
+    ActiveDefinitions* m_definitions;
+    QWidget* m_dialogParent;
+    QString m_path;
+    QString m_definitionsFile;
+};

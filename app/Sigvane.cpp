@@ -1,0 +1,421 @@
+#include "app/Sigvane.h"
+
+#include "app/CommandLine.h"
+#include "app/ConnectionStatus.h"
+#include "app/ControlsToolBar.h"
+#include "app/ExportToolBar.h"
+#include "app/IoToolBar.h"
+#include "app/ProjectFolder.h"
+#include "app/SerialControls.h"
+#include "app/ValueRouter.h"
+#include "app/WidgetPalette.h"
+#include "canvas/DashboardItem.h"
+#include "canvas/DashboardView.h"
+#include "canvas/DesignScene.h"
+#include "canvas/LayoutFile.h"
+#include "canvas/StackingOrder.h"
+#include "licensing/LicenseCheck.h"
+#include "serial/SerialManager.h"
+#include "widgets/DashboardWidget.h"
+#include "widgets/DashboardWidgetFactory.h"
+#include "widgets/StateIndicatorWidget.h"
+
+#include <QDebug>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int kProjectMessageMs = 3000;
+constexpr QSize kInitialSize(1440, 900);
+constexpr int kNewWidgetSide = 250;
+constexpr int kNewWidgetPosition = 100;
+
+} // namespace
+
+Sigvane::Sigvane(QWidget* parent)
+    : QMainWindow(parent)
+{
+    setUnifiedTitleAndToolBarOnMac(true);
+    setWindowTitle(QStringLiteral("Sigvane"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/sigvane.png")));
+    resize(kInitialSize.boundedTo(screen()->availableSize()));
+    setupCanvas();
+    setupStatusBar();
+    setupToolBars();
+    setupProject();
+    setupMenus();
+    setCanvasDesignMode(false);
+    m_palette->setEnabled(false);
+    updateStatusLabel(m_mode);
+    updateStopActionUi();
+}
+
+Sigvane::~Sigvane()
+{
+    // The parts that listen to the serial port go before it; the port may still report while it closes.
+    disconnect(m_serial, nullptr, nullptr, nullptr);
+}
+
+void Sigvane::setupCanvas()
+{
+    m_scene = new DesignScene(this);
+    m_router = new ValueRouter(m_scene, &m_definitions, this);
+    m_palette = new WidgetPalette(this);
+    m_view = new DashboardView(m_scene, this);
+    connect(m_palette, &WidgetPalette::widgetRequested, this, &Sigvane::addWidget);
+
+    auto* central = new QWidget(this);
+    auto* layout = new QHBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_palette);
+    auto* right = new QVBoxLayout;
+    right->addWidget(m_view);
+    layout->addLayout(right, 1);
+    setCentralWidget(central);
+}
+
+void Sigvane::setupStatusBar()
+{
+    m_connection = new ConnectionStatus(this);
+    statusBar()->addPermanentWidget(m_connection);
+}
+
+void Sigvane::setupToolBars()
+{
+    m_controls = new ControlsToolBar(this);
+    m_export = new ExportToolBar(this);
+    addToolBar(m_controls);
+    addToolBarBreak();
+    addToolBar(m_export);
+    addToolBarBreak();
+    addToolBar(new IoToolBar(this));
+
+    connect(m_controls->designAction(), &QAction::triggered, this, &Sigvane::designButton);
+    connect(m_controls->saveAction(), &QAction::triggered, this, &Sigvane::saveButton);
+    connect(m_controls->loadAction(), &QAction::triggered, this, &Sigvane::loadButton);
+    connect(m_export->stopAction(), &QAction::triggered, this, &Sigvane::stopButton);
+
+    m_serial = new SerialManager(this);
+    setupSerialUi();
+    connectSerialSignals();
+    m_serial->refreshPorts();
+    m_controls->addLicenseChip();
+}
+
+void Sigvane::setupSerialUi()
+{
+    m_serialControls = new SerialControls(m_serial, m_controls, this);
+    connect(m_serialControls, &SerialControls::opened, m_connection, &ConnectionStatus::showOpened);
+    connect(m_serialControls, &SerialControls::closed, m_connection, &ConnectionStatus::showClosed);
+    connect(m_serialControls, &SerialControls::lost, m_connection, &ConnectionStatus::showLost);
+    connect(m_serialControls, &SerialControls::lost, this, [this](const QString& portName) {
+        statusBar()->showMessage(tr("%1: the device is gone. Press Connect when it is back.").arg(portName));
+    });
+}
+
+void Sigvane::connectSerialSignals()
+{
+    connect(m_serial, &SerialManager::rawLineReceived, m_connection, &ConnectionStatus::countLine);
+    connect(m_serial, &SerialManager::lineParsed, this,
+            [this](double, const QMap<QString, double>& values) { m_router->routeLiveValues(values); });
+    connect(m_serial, &SerialManager::stateParsed, this,
+            [this](double, const QString& group, const QString& state) { m_router->routeState(group, state); });
+    connect(m_serial, &SerialManager::errorParsed, m_router, &ValueRouter::routeError);
+    connect(m_serial, &SerialManager::unrecognizedParsed, m_router, &ValueRouter::routeMessage);
+    connect(m_serial, &SerialManager::errorOccurred, this, [this](const QString& message) {
+        m_connection->showError(m_serial->portName(), message, m_serial->lastError());
+    });
+}
+
+void Sigvane::setupProject()
+{
+    m_project = new ProjectFolder(&m_definitions, this);
+    connect(&m_definitions, &ActiveDefinitions::projectChanged, this, &Sigvane::onProjectChanged);
+    connect(m_project, &ProjectFolder::aboutToOpen, this, [this] { setMode(Idle); });
+    connect(m_project, &ProjectFolder::opened, this, [this](const QString& dir) {
+        statusBar()->showMessage(tr("Project: %1").arg(dir), kProjectMessageMs);
+        setWindowTitle(tr("Sigvane — %1").arg(dir));
+    });
+    connect(m_project, &ProjectFolder::refused, this, [this] { QTimer::singleShot(0, this, &QWidget::close); });
+}
+
+void Sigvane::setupMenus()
+{
+    QMenu* project = menuBar()->addMenu(tr("&Project"));
+    project->addAction(tr("&Open Project…"), QKeySequence::Open, this, &Sigvane::chooseProjectDir);
+    project->addAction(tr("&Reload Definitions"), QKeySequence::Refresh, this, &Sigvane::reloadDefinitions);
+    project->addSeparator();
+    project->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+
+    QMenu* license = menuBar()->addMenu(tr("&License"));
+    license->addAction(tr("License &Status…"), Qt::CTRL | Qt::Key_L, this, &Sigvane::showLicense);
+}
+
+// --- Modes -------------------------------------------------------------------------------------------------
+
+void Sigvane::setMode(Mode mode)
+{
+    if (mode == m_mode) {
+        updateStatusLabel(mode);
+        return;
+    }
+    leaveMode(m_mode);
+    if (enterMode(mode))
+        m_mode = mode;
+    m_router->setLive(m_mode != Play && m_mode != Pause);
+    updateStatusLabel(m_mode);
+    updateStopActionUi();
+}
+
+void Sigvane::leaveMode(Mode mode)
+{
+    if (mode == Design)
+        exitDesignMode();
+}
+
+bool Sigvane::enterMode(Mode mode)
+{
+    switch (mode) {
+    case Design:
+        enterDesignMode();
+        return true;
+    case Idle:
+        enterIdleMode();
+        return true;
+    case Record: // there is no recorder to enter it with
+        return false;
+    case Play:
+    case Pause:
+        return true;
+    }
+    return false;
+}
+
+void Sigvane::enterDesignMode()
+{
+    qDebug("Design mode started");
+    m_palette->setEnabled(true);
+    setCanvasDesignMode(true);
+    m_definitions.discardRecording();
+}
+
+void Sigvane::exitDesignMode()
+{
+    qDebug("Design mode ended");
+    m_palette->setEnabled(false);
+    setCanvasDesignMode(false);
+}
+
+void Sigvane::enterIdleMode() { qDebug("Idle mode started"); }
+
+void Sigvane::setCanvasDesignMode(bool on)
+{
+    m_scene->setDesignMode(on);
+    const QList<DashboardItem*> items = m_scene->dashboardItems();
+    for (DashboardItem* item : items)
+        item->setDesignMode(on);
+}
+
+void Sigvane::updateStatusLabel(Mode mode)
+{
+    switch (mode) {
+    case Design:
+        statusBar()->showMessage(tr("Design Mode"), 0);
+        break;
+    case Record:
+        statusBar()->showMessage(tr("Recording..."), 0);
+        break;
+    case Play:
+        statusBar()->showMessage(tr("Playing..."), 0);
+        break;
+    case Pause:
+        statusBar()->showMessage(tr("Pause..."), 0);
+        break;
+    case Idle:
+        statusBar()->showMessage(tr("Idle"), 0);
+        break;
+    }
+}
+
+void Sigvane::updateStopActionUi() { m_export->showPause(m_mode == Play); }
+
+void Sigvane::designButton() { setMode(m_mode == Design ? Idle : Design); }
+
+void Sigvane::stopButton()
+{
+    setMode(m_mode == Play ? Pause : Idle);
+    updateStopActionUi();
+}
+
+// --- Layouts and widgets -----------------------------------------------------------------------------------
+
+void Sigvane::saveButton()
+{
+    saveLayout();
+    qDebug("Layout saved");
+}
+
+void Sigvane::loadButton()
+{
+    loadLayout();
+    qDebug("Layout loaded");
+}
+
+void Sigvane::saveLayout() { LayoutFile(this, m_scene).save(projectDir() + QStringLiteral("/layouts")); }
+
+void Sigvane::loadLayout() { LayoutFile(this, m_scene).load(projectDir() + QStringLiteral("/layouts")); }
+
+void Sigvane::normalizeZOrder(QGraphicsScene* scene) { ::normalizeZOrder(scene); }
+
+void Sigvane::addWidget(const QString& typeName)
+{
+    const QList<DashboardItem*> items = m_scene->dashboardItems();
+    const bool licensed = m_license && m_license->isLicensed();
+    if (!licensed && items.size() >= kUnlicensedWidgets) {
+        QMessageBox::information(
+            this, tr("Limit reached"),
+            tr("In the unlicensed version you can add up to %1 widgets.").arg(kUnlicensedWidgets));
+        return;
+    }
+    DashboardWidget* widget = DashboardWidgetFactory::instance().create(typeName);
+    if (!widget)
+        return;
+    auto* item = new DashboardItem(widget);
+    const qreal z = items.isEmpty() ? 1.0 : items.first()->zValue() + 1.0;
+    m_scene->addItem(item);
+    item->resize(QSizeF(kNewWidgetSide, kNewWidgetSide));
+    item->setPos(kNewWidgetPosition, kNewWidgetPosition);
+    item->setZValue(z);
+    item->setDesignMode(m_mode == Design);
+}
+
+// --- Values ------------------------------------------------------------------------------------------------
+
+void Sigvane::updateSignalValue(const QString& name, double raw) { m_router->updateSignalValue(name, raw); }
+
+void Sigvane::updateSignalValueAt(const QString& name, double raw, double tSec)
+{
+    m_router->updateSignalValueAt(name, raw, tSec);
+}
+
+void Sigvane::updateStateValue(const QString& group, const QString& stateId, const QString& label)
+{
+    m_router->updateStateValue(group, stateId, label);
+}
+
+void Sigvane::reapplyMappingsToCurrentValues() { m_router->reapplyMappingsToCurrentValues(); }
+
+void Sigvane::clearErrorConsoles() { m_router->clearErrorConsoles(); }
+
+// --- Project -----------------------------------------------------------------------------------------------
+
+bool Sigvane::isValidProjectDir(const QString& dir) const { return ProjectFolder::isValid(dir); }
+
+QString Sigvane::projectDir() const { return m_project->path(); }
+
+QString Sigvane::projFile(const QString& name) const { return m_project->file(name); }
+
+void Sigvane::ensureProjectSubdirs() { m_project->ensureSubdirs(); }
+
+bool Sigvane::setProjectDir(const QString& dir) { return m_project->open(dir); }
+
+bool Sigvane::loadSignalsDef(const QString& path) { return m_project->loadDefinitions(path); }
+
+void Sigvane::chooseProjectDir() { m_project->choose(); }
+
+void Sigvane::loadLastProjectOrPrompt() { m_project->loadLastOrPrompt(); }
+
+void Sigvane::showProjectIntroAndPrompt() { m_project->showIntroAndPrompt(); }
+
+void Sigvane::reloadDefinitions()
+{
+    const QString path = m_project->definitionsFile();
+    if (path.isEmpty()) {
+        statusBar()->showMessage(tr("No definitions to reload: open a project first."), kProjectMessageMs);
+        return;
+    }
+    if (!loadSignalsDef(path))
+        return;
+    reapplyMappingsToCurrentValues();
+    statusBar()->showMessage(tr("Definitions reloaded: %1").arg(path), kProjectMessageMs);
+}
+
+void Sigvane::onProjectChanged()
+{
+    const QList<StateIndicatorWidget*> indicators = m_scene->widgetsOfType<StateIndicatorWidget>(false);
+    for (StateIndicatorWidget* indicator : indicators)
+        indicator->refreshGroupDisplayFromParser();
+    const QList<DashboardWidget*> widgets = m_scene->widgetsOfType<DashboardWidget>(false);
+    for (DashboardWidget* widget : widgets)
+        widget->update();
+    const QString path = m_project->definitionsFile();
+    setWindowTitle(tr("Sigvane — %1").arg(path));
+    Q_EMIT signalsDefChanged(path);
+}
+
+void Sigvane::startWith(const CommandLine& wanted)
+{
+    QStringList problems = wanted.problems;
+    if (!wanted.projectDir.isEmpty()) {
+        if (!setProjectDir(wanted.projectDir))
+            problems.append(tr("Not a usable project: %1").arg(wanted.projectDir));
+    } else if (!wanted.definitionsFile.isEmpty()) {
+        const QString& path = wanted.definitionsFile;
+        const bool opened = setProjectDir(QFileInfo(path).absolutePath());
+        if (!loadSignalsDef(path))
+            problems.append(tr("Not a usable definitions file: %1").arg(path));
+        else if (!opened)
+            problems.append(tr("Not a project, only its definitions were loaded: %1").arg(path));
+        ensureProjectSubdirs();
+    } else {
+        loadLastProjectOrPrompt();
+    }
+    if (!wanted.layoutFile.isEmpty()) {
+        const QString problem = LayoutFile(this, m_scene).loadFrom(wanted.layoutFile);
+        if (!problem.isEmpty())
+            problems.append(tr("%1 %2").arg(problem, wanted.layoutFile));
+    }
+    if (!wanted.portName.isEmpty() && !m_serialControls->openPort(wanted.portName, wanted.baudRate))
+        problems.append(tr("Could not open the port %1.").arg(wanted.portName));
+    reportProblems(problems);
+}
+
+void Sigvane::reportProblems(const QStringList& problems)
+{
+    if (problems.isEmpty())
+        return;
+    for (const QString& problem : problems)
+        std::fprintf(stderr, "sigvane: %s\n", qPrintable(problem));
+    statusBar()->showMessage(problems.join(QStringLiteral("  ·  ")), 0);
+}
+
+// --- Licence -----------------------------------------------------------------------------------------------
+
+void Sigvane::setLicenseCheck(LicenseCheck* check)
+{
+    if (m_license)
+        disconnect(m_license, nullptr, this, nullptr);
+    m_license = check;
+    if (!check)
+        return;
+    connect(check, &LicenseCheck::changed, this, &Sigvane::refreshLicenseChip);
+    connect(check, &QObject::destroyed, this, [this] { m_license = nullptr; });
+    refreshLicenseChip();
+}
+
+void Sigvane::refreshLicenseChip() { m_controls->setLicenseText(m_license->statusText()); }
+
+void Sigvane::showLicense()
+{
+    QMessageBox::information(this, tr("License"),
+                             m_license ? m_license->statusText() : tr("Unknown license status"));
+}

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include "definitions/ActiveDefinitions.h"
+
+class ConnectionStatus;
+class ControlsToolBar;
+class DashboardView;
+class DesignScene;
+class ExportToolBar;
+class LicenseCheck;
+class ProjectFolder;
+class QGraphicsScene;
+class SerialControls;
+class SerialManager;
+class ValueRouter;
+class WidgetPalette;
+struct CommandLine;
+
+// The program's window: toolbars, widget palette and canvas, and the mode that decides whether the user
+// arranges the dashboard or watches it. It puts the parts together and forwards; the work is done by them.
+class Sigvane : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    enum Mode { Design = 0, Record = 1, Play = 2, Pause = 3, Idle = 4 };
+    Q_ENUM(Mode)
+
+    /// The smallest number of widgets at which an unlicensed canvas is full.
+    static constexpr int kUnlicensedWidgets = 5;
+
+    explicit Sigvane(QWidget* parent = nullptr);
+    ~Sigvane() override;
+
+    /// The check that is asked from now on, not owned; without one the program counts as unlicensed.
+    void setLicenseCheck(LicenseCheck* check);
+    /// Opens what the command line names: project or definitions, layout, port. Without a project the user is
+    /// asked for one. What cannot be used is reported in the status bar and on standard error.
+    void startWith(const CommandLine& wanted);
+
+    Mode mode() const { return m_mode; }
+    DesignScene* scene() const { return m_scene; }
+    SerialManager* serial() const { return m_serial; }
+    ValueRouter* router() const { return m_router; }
+
+    bool isValidProjectDir(const QString& dir) const;
+    QString projectDir() const;
+    QString projFile(const QString& name) const;
+    void ensureProjectSubdirs();
+    bool setProjectDir(const QString& dir);
+    bool loadSignalsDef(const QString& path);
+    void loadLastProjectOrPrompt();
+    void showProjectIntroAndPrompt();
+
+    void updateSignalValue(const QString& name, double raw);
+    void updateSignalValueAt(const QString& name, double raw, double tSec);
+    void updateStateValue(const QString& group, const QString& stateId, const QString& label);
+    void reapplyMappingsToCurrentValues();
+    void clearErrorConsoles();
+
+    static void normalizeZOrder(QGraphicsScene* scene);
+
+public Q_SLOTS:
+    /// Leaves the mode first and then tries to enter the new one, which may refuse: the old one has been left
+    /// by then, and only its number stays.
+    void setMode(Sigvane::Mode mode);
+    void designButton();
+    void stopButton();
+    void saveButton();
+    void loadButton();
+    void saveLayout();
+    void loadLayout();
+    void chooseProjectDir();
+    void reloadDefinitions();
+    /// Puts a new widget on the canvas, if the licence allows one more. Unknown names are ignored.
+    void addWidget(const QString& typeName);
+
+Q_SIGNALS:
+    /// The absolute path of the definitions file that was loaded.
+    void signalsDefChanged(const QString& path);
+
+private:
+    void setupToolBars();
+    void setupSerialUi();
+    void setupCanvas();
+    void setupStatusBar();
+    void setupProject();
+    void setupMenus();
+    void connectSerialSignals();
+
+    void leaveMode(Mode mode);
+    [[nodiscard]] bool enterMode(Mode mode);
+    void enterDesignMode();
+    void exitDesignMode();
+    void enterIdleMode();
+    void setCanvasDesignMode(bool on);
+    void updateStatusLabel(Mode mode);
+    void updateStopActionUi();
+
+    void onProjectChanged();
+    void showLicense();
+    void refreshLicenseChip();
+    void reportProblems(const QStringList& problems);
+
+    ActiveDefinitions m_definitions;
+    Mode m_mode = Idle;
+    SerialManager* m_serial = nullptr;
+    SerialControls* m_serialControls = nullptr;
+    ControlsToolBar* m_controls = nullptr;
+    ExportToolBar* m_export = nullptr;
+    WidgetPalette* m_palette = nullptr;
+    DesignScene* m_scene = nullptr;
+    DashboardView* m_view = nullptr;
+    ValueRouter* m_router = nullptr;
+    ProjectFolder* m_project = nullptr;
+    ConnectionStatus* m_connection = nullptr;
+    LicenseCheck* m_license = nullptr;
+};

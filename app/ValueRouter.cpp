@@ -1,0 +1,196 @@
+#include "app/ValueRouter.h"
+
+#include "canvas/DashboardItem.h"
+#include "canvas/DesignScene.h"
+#include "definitions/ActiveDefinitions.h"
+#include "widgets/DashboardWidget.h"
+#include "widgets/ErrorConsoleWidget.h"
+#include "widgets/MessagesConsoleWidget.h"
+#include "widgets/StateIndicatorWidget.h"
+
+#include <QDateTime>
+
+namespace {
+
+double wallClockSeconds() { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; }
+
+} // namespace
+
+ValueRouter::ValueRouter(DesignScene* scene, const ActiveDefinitions* definitions, QObject* parent)
+    : QObject(parent)
+    , m_scene(scene)
+    , m_definitions(definitions)
+{
+    connect(definitions, &ActiveDefinitions::changed, this, &ValueRouter::onDefinitionsChanged);
+}
+
+void ValueRouter::routeLiveValues(const QMap<QString, double>& values)
+{
+    if (!m_live)
+        return;
+    const double now = wallClockSeconds();
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        Route& route = routeFor(it.key());
+        route.lastRaw = it.value();
+        route.cached = true;
+        deliver(route, it.key(), it.value(), now);
+    }
+}
+
+void ValueRouter::updateSignalValue(const QString& name, double raw)
+{
+    if (m_live)
+        updateSignalValueAt(name, raw, wallClockSeconds());
+}
+
+void ValueRouter::updateSignalValueAt(const QString& name, double raw, double tSec)
+{
+    deliver(routeFor(name), name, raw, tSec);
+}
+
+void ValueRouter::reapplyMappingsToCurrentValues()
+{
+    const QMap<QString, double> values = lastValues();
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        updateSignalValue(it.key(), it.value());
+}
+
+QMap<QString, double> ValueRouter::lastValues() const
+{
+    QMap<QString, double> values;
+    for (auto it = m_routes.cbegin(); it != m_routes.cend(); ++it) {
+        if (it->cached)
+            values.insert(it.key(), it->lastRaw);
+    }
+    return values;
+}
+
+void ValueRouter::routeState(const QString& group, const QString& stateId)
+{
+    QString label = stateId;
+    if (const DashboardSignalParser* definitions = m_definitions->active()) {
+        if (const auto state = definitions->findState(group, stateId))
+            label = state->label;
+    }
+    updateStateValue(group, stateId, label);
+}
+
+void ValueRouter::updateStateValue(const QString& group, const QString& stateId, const QString& label)
+{
+    if (label.isEmpty() && m_definitions->active()) {
+        if (const auto state = m_definitions->active()->findState(group, stateId)) {
+            updateStateValue(group, stateId, state->label); // never empty in a catalogue
+            return;
+        }
+    }
+    ensureIndex();
+    const auto indicators = m_stateIndicators;
+    for (StateIndicatorWidget* indicator : indicators) {
+        if (indicator->groupId().compare(group, Qt::CaseInsensitive) == 0)
+            indicator->setStateId(stateId, label);
+    }
+}
+
+void ValueRouter::routeError(double tSec, const QString& id)
+{
+    QString text = id;
+    if (const DashboardSignalParser* definitions = m_definitions->active()) {
+        const auto error = definitions->findErrorById(id);
+        if (error && !error->message.isEmpty())
+            text = error->message;
+    }
+    ensureIndex();
+    const auto consoles = m_errorConsoles;
+    for (ErrorConsoleWidget* console : consoles)
+        console->appendError(tSec, id, text);
+}
+
+void ValueRouter::routeMessage(double tSec, const QString& text)
+{
+    ensureIndex();
+    const auto consoles = m_messageConsoles;
+    for (MessagesConsoleWidget* console : consoles)
+        console->appendMessage(tSec, text);
+}
+
+void ValueRouter::clearErrorConsoles()
+{
+    ensureIndex();
+    for (ErrorConsoleWidget* console : std::as_const(m_errorConsoles))
+        console->clearErrors();
+}
+
+void ValueRouter::clearMessageConsoles()
+{
+    ensureIndex();
+    for (MessagesConsoleWidget* console : std::as_const(m_messageConsoles))
+        console->clearMessages();
+}
+
+ValueRouter::Route& ValueRouter::routeFor(const QString& name)
+{
+    ensureIndex();
+    const auto known = m_routes.find(name);
+    if (known != m_routes.end())
+        return *known;
+    Route& route = m_routes[name];
+    lookUpMapping(name, route);
+    return route;
+}
+
+void ValueRouter::deliver(const Route& route, const QString& name, double raw, double tSec)
+{
+    const double value = route.mapped ? route.offset + raw * route.scale : raw;
+    // A copy (one counter): a widget that changes the canvas makes the next value rebuild the index.
+    const QList<DashboardWidget*> widgets = route.widgets;
+    for (DashboardWidget* widget : widgets)
+        widget->setValueForSignalAt(name, value, tSec);
+}
+
+void ValueRouter::ensureIndex()
+{
+    if (m_itemsRevision != m_scene->itemsRevision() || m_assignmentsRevision != m_scene->assignmentsRevision())
+        rebuildIndex();
+}
+
+void ValueRouter::rebuildIndex()
+{
+    m_itemsRevision = m_scene->itemsRevision();
+    m_assignmentsRevision = m_scene->assignmentsRevision();
+    for (Route& route : m_routes)
+        route.widgets.clear();
+    const QList<DashboardWidget*> widgets = m_scene->widgetsOfType<DashboardWidget>(true);
+    for (DashboardWidget* widget : widgets) {
+        const QList<QString> entries = widget->assignedSignalList();
+        for (const QString& entry : entries) {
+            const QString name = canonical(entry);
+            if (!m_routes.contains(name))
+                lookUpMapping(name, m_routes[name]);
+            QList<DashboardWidget*>& receivers = m_routes[name].widgets;
+            if (receivers.isEmpty() || receivers.last() != widget)
+                receivers.append(widget);
+        }
+    }
+    m_stateIndicators = m_scene->widgetsOfType<StateIndicatorWidget>(true);
+    m_errorConsoles = m_scene->widgetsOfType<ErrorConsoleWidget>(false);
+    m_messageConsoles = m_scene->widgetsOfType<MessagesConsoleWidget>(false);
+}
+
+void ValueRouter::lookUpMapping(const QString& name, Route& route) const
+{
+    route.mapped = false;
+    const DashboardSignalParser* definitions = m_definitions->active();
+    const auto known = definitions ? definitions->findSignalByEnum(name) : std::nullopt;
+    const auto mapping = known ? definitions->findMappingByName(known->mappingName) : std::nullopt;
+    if (!mapping)
+        return;
+    route.mapped = true;
+    route.offset = mapping->offset;
+    route.scale = mapping->scale;
+}
+
+void ValueRouter::onDefinitionsChanged()
+{
+    for (auto it = m_routes.begin(); it != m_routes.end(); ++it)
+        lookUpMapping(it.key(), *it);
+}

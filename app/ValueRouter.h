@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+class ActiveDefinitions;
+class DashboardWidget;
+class DesignScene;
+class ErrorConsoleWidget;
+class MessagesConsoleWidget;
+class StateIndicatorWidget;
+
+// Brings every value, state, error and message, live or replayed, to the widgets that show it, in physical
+// units. It finds the widgets by an index from signal name to widgets that it rebuilds after the canvas or an
+// assignment changed: what is delivered, and in which order, is what a walk over the scene for every value
+// would deliver. It owns no widget and paints nothing.
+class ValueRouter : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Neither is owned; both must outlive the router.
+    ValueRouter(DesignScene* scene, const ActiveDefinitions* definitions, QObject* parent = nullptr);
+
+    /// Whether live values reach the widgets and the cache; they do not while a replay is shown.
+    bool isLive() const { return m_live; }
+    void setLive(bool live) { m_live = live; }
+
+    /// The values of one live line. Ignored unless live.
+    void routeLiveValues(const QMap<QString, double>& values);
+    /// One live value, stamped with the wall clock and not cached. Ignored unless live.
+    void updateSignalValue(const QString& name, double raw);
+    /// One value at a given time in seconds, live or not.
+    void updateSignalValueAt(const QString& name, double raw, double tSec);
+    /// Sends every cached value again, in name order; called after the definitions changed.
+    void reapplyMappingsToCurrentValues();
+    /// The last raw value of every signal that was heard.
+    QMap<QString, double> lastValues() const;
+
+    /// A state change, live or replayed: its label is looked up.
+    void routeState(const QString& group, const QString& stateId);
+    /// Shows a state on every indicator of the group, whose name is compared ignoring letter case. An empty label
+    /// is looked up.
+    void updateStateValue(const QString& group, const QString& stateId, const QString& label);
+    void routeError(double tSec, const QString& id);
+    void routeMessage(double tSec, const QString& text);
+    void clearErrorConsoles();
+    void clearMessageConsoles();
+
+private:
+    /// All that is known about one signal name.
+    struct Route
+    {
+        QList<DashboardWidget*> widgets; ///< topmost first, each once
+        double offset = 0.0;
+        double scale = 1.0;
+        bool mapped = false;
+        bool cached = false;
+        double lastRaw = 0.0;
+    };
+
+    Route& routeFor(const QString& name);
+    void deliver(const Route& route, const QString& name, double raw, double tSec);
+    void ensureIndex();
+    void rebuildIndex();
+    void lookUpMapping(const QString& name, Route& route) const;
+    void onDefinitionsChanged();
+
+    DesignScene* m_scene;
+    const ActiveDefinitions* m_definitions;
+    bool m_live = true;
+    quint64 m_itemsRevision = 0; ///< the scene's counters at the last rebuild; a scene never counts 0
+    quint64 m_assignmentsRevision = 0;
+    QHash<QString, Route> m_routes;
+    QList<StateIndicatorWidget*> m_stateIndicators;
+    QList<ErrorConsoleWidget*> m_errorConsoles;
+    QList<MessagesConsoleWidget*> m_messageConsoles;
+};
