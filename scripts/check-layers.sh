@@ -14,7 +14,7 @@ declare -A allowed=(
     [app]="definitions serial licensing widgets canvas playback"
     [tests]="definitions serial licensing widgets canvas playback app support"
     [bench]="definitions serial licensing widgets canvas playback app support"
-    [fuzz]="definitions serial licensing widgets canvas playback app"
+    [fuzz]="definitions serial licensing widgets canvas playback app support"
 )
 
 offences=0

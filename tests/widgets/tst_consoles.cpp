@@ -1,4 +1,4 @@
-#include "WidgetTools.h"
+#include "support/WidgetTools.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/ErrorConsoleWidget.h"
 #include "widgets/MessagesConsoleWidget.h"

@@ -1,4 +1,4 @@
-#include "WidgetTools.h"
+#include "support/WidgetTools.h"
 #include "widgets/DigitalDisplayWidget.h"
 #include "widgets/SignalCaption.h"
 

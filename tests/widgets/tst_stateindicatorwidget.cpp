@@ -1,4 +1,4 @@
-#include "WidgetTools.h"
+#include "support/WidgetTools.h"
 #include "widgets/StateIndicatorWidget.h"
 
 #include <QComboBox>

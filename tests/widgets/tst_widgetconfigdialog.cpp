@@ -1,4 +1,4 @@
-#include "WidgetTools.h"
+#include "support/WidgetTools.h"
 #include "support/ModalAnswer.h"
 #include "widgets/AnalogGaugeWidget.h"
 #include "widgets/DashboardWidgetConfigDialog.h"

@@ -1,4 +1,4 @@
-#include "WidgetTools.h"
+#include "support/WidgetTools.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/DashboardWidgetFactory.h"
