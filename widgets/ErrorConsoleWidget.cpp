@@ -1,5 +1,9 @@
 #include "widgets/ErrorConsoleWidget.h"
 
+ErrorConsoleWidget::ErrorConsoleWidget(QWidget* parent)
+    : EventConsoleWidget(tr("No errors"), parent)
+{}
+
 QString ErrorConsoleWidget::typeName() const
 {
     return QStringLiteral("ErrorConsole");

@@ -8,7 +8,7 @@ class ErrorConsoleWidget : public EventConsoleWidget
     Q_OBJECT
 
 public:
-    using EventConsoleWidget::EventConsoleWidget;
+    explicit ErrorConsoleWidget(QWidget* parent = nullptr);
 
     QString typeName() const override;
     /// Adds "[time] id : text"; the id stands for an empty text.

@@ -63,11 +63,12 @@ QString visibleText(QString text)
 
 } // namespace
 
-EventConsoleWidget::EventConsoleWidget(QWidget* parent)
+EventConsoleWidget::EventConsoleWidget(const QString& emptyText, QWidget* parent)
     : DashboardWidget(parent)
 {
     setMinimumSize(200, 100);
     setupEditor();
+    m_editor->setPlaceholderText(emptyText);
     m_flushTimer.setSingleShot(true);
     m_flushTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_flushTimer, &QTimer::timeout, this, &EventConsoleWidget::flush);

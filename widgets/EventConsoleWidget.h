@@ -20,7 +20,8 @@ class EventConsoleWidget : public DashboardWidget
     Q_OBJECT
 
 public:
-    explicit EventConsoleWidget(QWidget* parent = nullptr);
+    /// The empty text is shown in grey as long as there is no event.
+    explicit EventConsoleWidget(const QString& emptyText, QWidget* parent = nullptr);
 
     /// As set; what is shown is bounded to 1 to 100,000 lines.
     int maxLines() const { return m_maxLines; }

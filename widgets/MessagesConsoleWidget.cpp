@@ -3,6 +3,10 @@
 #include <QCheckBox>
 #include <QSpinBox>
 
+MessagesConsoleWidget::MessagesConsoleWidget(QWidget* parent)
+    : EventConsoleWidget(tr("No messages"), parent)
+{}
+
 QString MessagesConsoleWidget::typeName() const
 {
     return QStringLiteral("MessagesConsole");

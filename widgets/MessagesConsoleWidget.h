@@ -9,7 +9,7 @@ class MessagesConsoleWidget : public EventConsoleWidget
     Q_OBJECT
 
 public:
-    using EventConsoleWidget::EventConsoleWidget;
+    explicit MessagesConsoleWidget(QWidget* parent = nullptr);
 
     QString typeName() const override;
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
