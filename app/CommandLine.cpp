@@ -8,7 +8,8 @@ CommandLine CommandLine::fromArguments(const QCoreApplication& application)
     const QCommandLineOption project({QStringLiteral("p"), QStringLiteral("project")},
                                      QStringLiteral("Project directory."), QStringLiteral("dir"));
     const QCommandLineOption definitions({QStringLiteral("d"), QStringLiteral("def")},
-                                         QStringLiteral("Path to dashboard_signals.def."), QStringLiteral("file"));
+                                         QStringLiteral("Path to dashboard_signals.def."),
+                                         QStringLiteral("file"));
     const QCommandLineOption layout(QStringLiteral("layout"), QStringLiteral("Layout to show at start."),
                                     QStringLiteral("file"));
     const QCommandLineOption port(QStringLiteral("port"), QStringLiteral("Serial port to open at start."),
@@ -16,7 +17,8 @@ CommandLine CommandLine::fromArguments(const QCoreApplication& application)
     const QCommandLineOption baud(QStringLiteral("baud"), QStringLiteral("Baud rate, 115200 unless given."),
                                   QStringLiteral("rate"));
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Live dashboard for what a device prints over a serial port."));
+    parser.setApplicationDescription(
+        QStringLiteral("Live dashboard for what a device prints over a serial port."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({project, definitions, layout, port, baud});

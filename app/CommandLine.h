@@ -12,7 +12,7 @@ struct CommandLine
     QString definitionsFile;
     QString layoutFile;
     QString portName;
-    int baudRate = 0; ///< bits per second; 0 when not given or not usable
+    int baudRate = 0;     ///< bits per second; 0 when not given or not usable
     QStringList problems; ///< what could not be understood, a line each for the user
 
     /// Reads the application's arguments. Unknown options, the help and the version option end the process.

@@ -41,8 +41,7 @@ void CompactToolBar::compact()
     QFont small = font();
     small.setPointSize(kFontPoints);
     setFont(small);
-    setStyleSheet(
-        QStringLiteral("QToolBar { spacing: 6px; }QToolButton { padding: 2px 4px; margin: 0px; }"));
+    setStyleSheet(QStringLiteral("QToolBar { spacing: 6px; }QToolButton { padding: 2px 4px; margin: 0px; }"));
     const int height = QFontMetrics(small).height() + kHeightBesideText;
     setFixedHeight(height);
     const QList<QToolButton*> buttons = findChildren<QToolButton*>();

@@ -26,7 +26,8 @@ ExportToolBar::ExportToolBar(QWidget* parent)
 
 void ExportToolBar::setupPlayback()
 {
-    m_record = addIconAction(QStringLiteral(":/icons/record.png"), tr("Record"), tr("Record what the device prints"));
+    m_record = addIconAction(QStringLiteral(":/icons/record.png"), tr("Record"),
+                             tr("Record what the device prints"));
     m_record->setEnabled(false);
     m_stop = addIconAction(QStringLiteral(":/icons/stop.png"), tr("Stop"), tr("Stop"));
     m_play = addIconAction(QStringLiteral(":/icons/play.png"), tr("Play"), tr("Replay the chosen recording"));

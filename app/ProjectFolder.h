@@ -27,16 +27,18 @@ public:
     /// Makes recordings, layouts and exports inside the project; without a project it makes nothing.
     void ensureSubdirs() const;
 
-    /// Opens a project. False when the folder is none (nothing changes then), or when its definitions cannot be
-    /// loaded (the folder is the project's all the same).
+    /// Opens a project. False when the folder is none (nothing changes then), or when its definitions cannot
+    /// be loaded (the folder is the project's all the same).
     bool open(const QString& dir);
-    /// Makes the file the project's definitions. False after a box that says why; the ones before stay active.
+    /// Makes the file the project's definitions. False after a box that says why; the ones before stay
+    /// active.
     bool loadDefinitions(const QString& path);
     /// Lets the user pick a folder and opens it.
     void choose();
     /// The project choice at start-up.
     void loadLastOrPrompt();
-    /// The introduction and the folder picker, again and again until a project is chosen or the user gives up.
+    /// The introduction and the folder picker, again and again until a project is chosen or the user gives
+    /// up.
     void showIntroAndPrompt();
 
 Q_SIGNALS:

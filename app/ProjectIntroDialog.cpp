@@ -53,7 +53,8 @@ void ProjectIntroDialog::setupTexts(QVBoxLayout* layout)
 void ProjectIntroDialog::setupGrid(QVBoxLayout* layout)
 {
     const std::pair<QString, QString> rows[] = {
-        {tr("Project folder:"), tr("Contains your <code>dashboard_signals.def</code>, recordings, and layouts.")},
+        {tr("Project folder:"),
+         tr("Contains your <code>dashboard_signals.def</code>, recordings, and layouts.")},
         {tr("Recordings:"), tr("Saved under <code>recordings/</code> inside your project.")},
         {tr("Layouts:"), tr("Saved under <code>layouts/</code> inside your project.")},
     };

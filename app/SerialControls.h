@@ -19,8 +19,8 @@ public:
     /// Adds its controls to the toolbar, which owns them. The manager is not owned.
     SerialControls(SerialManager* serial, QToolBar* toolBar, QObject* parent = nullptr);
 
-    /// Opens that port at start-up as if the user had typed it; a rate of 0 or less leaves the chosen rate. False
-    /// when it could not be opened.
+    /// Opens that port at start-up as if the user had typed it; a rate of 0 or less leaves the chosen rate.
+    /// False when it could not be opened.
     bool openPort(const QString& portName, int baudRate);
 
 Q_SIGNALS:

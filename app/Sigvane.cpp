@@ -127,8 +127,9 @@ void Sigvane::connectSerialSignals()
     connect(m_serial, &SerialManager::rawLineReceived, m_connection, &ConnectionStatus::countLine);
     connect(m_serial, &SerialManager::lineParsed, this,
             [this](double, const QMap<QString, double>& values) { m_router->routeLiveValues(values); });
-    connect(m_serial, &SerialManager::stateParsed, this,
-            [this](double, const QString& group, const QString& state) { m_router->routeState(group, state); });
+    connect(
+        m_serial, &SerialManager::stateParsed, this,
+        [this](double, const QString& group, const QString& state) { m_router->routeState(group, state); });
     connect(m_serial, &SerialManager::errorParsed, m_router, &ValueRouter::routeError);
     connect(m_serial, &SerialManager::unrecognizedParsed, m_router, &ValueRouter::routeMessage);
     connect(m_serial, &SerialManager::errorOccurred, this, [this](const QString& message) {
@@ -145,7 +146,8 @@ void Sigvane::setupProject()
         statusBar()->showMessage(tr("Project: %1").arg(dir), kProjectMessageMs);
         setWindowTitle(tr("Sigvane — %1").arg(dir));
     });
-    connect(m_project, &ProjectFolder::refused, this, [this] { QTimer::singleShot(0, this, &QWidget::close); });
+    connect(m_project, &ProjectFolder::refused, this,
+            [this] { QTimer::singleShot(0, this, &QWidget::close); });
 }
 
 void Sigvane::setupMenus()

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QMainWindow>
-
 #include "definitions/ActiveDefinitions.h"
+
+#include <QMainWindow>
 
 class ConnectionStatus;
 class ControlsToolBar;

@@ -149,7 +149,8 @@ void ValueRouter::deliver(const Route& route, const QString& name, double raw, d
 
 void ValueRouter::ensureIndex()
 {
-    if (m_itemsRevision != m_scene->itemsRevision() || m_assignmentsRevision != m_scene->assignmentsRevision())
+    if (m_itemsRevision != m_scene->itemsRevision() ||
+        m_assignmentsRevision != m_scene->assignmentsRevision())
         rebuildIndex();
 }
 

@@ -42,8 +42,8 @@ public:
 
     /// A state change, live or replayed: its label is looked up.
     void routeState(const QString& group, const QString& stateId);
-    /// Shows a state on every indicator of the group, whose name is compared ignoring letter case. An empty label
-    /// is looked up.
+    /// Shows a state on every indicator of the group, whose name is compared ignoring letter case. An empty
+    /// label is looked up.
     void updateStateValue(const QString& group, const QString& stateId, const QString& label);
     void routeError(double tSec, const QString& id);
     void routeMessage(double tSec, const QString& text);

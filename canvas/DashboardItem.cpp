@@ -31,13 +31,17 @@ constexpr double kHandleSide = 12.0;
 /// Cut to whole units and rounded up to the grid, within what the canvas allows.
 int gridSide(double requested, double minimum)
 {
-    const int side = boundedInt(std::max(requested, minimum), 0, kMaxSide, boundedInt(minimum, 0, kMaxSide, 0));
+    const int side =
+        boundedInt(std::max(requested, minimum), 0, kMaxSide, boundedInt(minimum, 0, kMaxSide, 0));
     return (side + kGrid - 1) / kGrid * kGrid;
 }
 
 double snapped(double coordinate) { return std::round(coordinate / kGrid) * kGrid; }
 
-double bounded(const QJsonValue& number) { return std::clamp(number.toDouble(), -kMaxPosition, kMaxPosition); }
+double bounded(const QJsonValue& number)
+{
+    return std::clamp(number.toDouble(), -kMaxPosition, kMaxPosition);
+}
 
 } // namespace
 
@@ -89,7 +93,8 @@ QSizeF DashboardItem::effectiveMinCanvasSize() const
 void DashboardItem::resize(const QSizeF& requested)
 {
     const QSizeF minimum = effectiveMinCanvasSize();
-    const QSize size(gridSide(requested.width(), minimum.width()), gridSide(requested.height(), minimum.height()));
+    const QSize size(gridSide(requested.width(), minimum.width()),
+                     gridSide(requested.height(), minimum.height()));
     prepareGeometryChange();
     m_size = size;
     if (m_widget) {

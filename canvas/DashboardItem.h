@@ -21,21 +21,21 @@ public:
     /// Null once the widget is gone.
     DashboardWidget* widget() const;
 
-    /// Sets the size in scene units: each side at least the effective minimum, at most 16,000 and rounded up to a
-    /// multiple of 10; NaN gives the minimum.
+    /// Sets the size in scene units: each side at least the effective minimum, at most 16,000 and rounded up
+    /// to a multiple of 10; NaN gives the minimum.
     void resize(const QSizeF& requested);
     QSizeF effectiveMinCanvasSize() const;
     /// The square in the bottom right corner that resizes, in item coordinates.
     QRectF resizeHandleRect() const;
     void raiseHandleAboveScene();
     void setDesignMode(bool on);
-    /// Takes the item off the canvas at once; it, its proxy and its widget are destroyed from the event loop, and
-    /// not before its own handlers have returned.
+    /// Takes the item off the canvas at once; it, its proxy and its widget are destroyed from the event loop,
+    /// and not before its own handlers have returned.
     void requestDelete();
 
     QJsonObject toJson() const;
-    /// A new item, owned by the caller; null when the record's type is unknown. Numbers that are missing or of
-    /// another type are 0, positions are kept within ±1,000,000.
+    /// A new item, owned by the caller; null when the record's type is unknown. Numbers that are missing or
+    /// of another type are 0, positions are kept within ±1,000,000.
     [[nodiscard]] static DashboardItem* fromJson(const QJsonObject& record);
 
     QRectF boundingRect() const override;

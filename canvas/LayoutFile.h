@@ -22,8 +22,8 @@ public:
 
     /// Writes the whole file or leaves the one there as it was. Empty on success, else a text for the user.
     [[nodiscard]] QString saveTo(const QString& path);
-    /// Replaces what is on the canvas; on failure the canvas is left alone. Empty on success, else a text for the
-    /// user. Records of unknown type are skipped.
+    /// Replaces what is on the canvas; on failure the canvas is left alone. Empty on success, else a text for
+    /// the user. Records of unknown type are skipped.
     [[nodiscard]] QString loadFrom(const QString& path);
 
 private:

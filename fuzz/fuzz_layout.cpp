@@ -36,8 +36,8 @@ struct Fixture
 
 void feed(DesignScene& scene)
 {
-    constexpr double kHostile[] = {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-                                   -1e308, 5e-324, 42.0};
+    constexpr double kHostile[] = {std::numeric_limits<double>::quiet_NaN(),
+                                   std::numeric_limits<double>::infinity(), -1e308, 5e-324, 42.0};
     const QList<DashboardWidget*> widgets = scene.widgetsOfType<DashboardWidget>(false);
     for (DashboardWidget* widget : widgets) {
         for (const double value : kHostile)
@@ -75,7 +75,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     feed(fixture.scene);
     const QString first = dir.filePath(QStringLiteral("first.json"));
     const QString second = dir.filePath(QStringLiteral("second.json"));
-    if (!layout.saveTo(first).isEmpty() || !layout.loadFrom(first).isEmpty() || !layout.saveTo(second).isEmpty())
+    if (!layout.saveTo(first).isEmpty() || !layout.loadFrom(first).isEmpty() ||
+        !layout.saveTo(second).isEmpty())
         qFatal("what was saved does not load");
     if (savedItems(first) != savedItems(second))
         qFatal("saving what was loaded changed it");

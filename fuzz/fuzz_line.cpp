@@ -1,8 +1,8 @@
 // Any bytes from a port, cut into reads anywhere: the serial manager says what a plain parser says of the
 // whole. The first byte is the size of the reads.
 
-#include "support/LineEvents.h"
 #include "serial/SerialManager.h"
+#include "support/LineEvents.h"
 
 #include <cstdint>
 

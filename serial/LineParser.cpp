@@ -14,10 +14,7 @@ constexpr QStringView kErrorKey(u"ERR");
 constexpr qsizetype kMaxPlainNumber = 48;
 
 // Exactly the characters that \s takes without Unicode properties.
-constexpr bool isSeparator(char16_t c)
-{
-    return c == u' ' || (c >= u'\t' && c <= u'\r');
-}
+constexpr bool isSeparator(char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); }
 
 // A token holds no ASCII white space, so that only a character beyond ASCII at an end can need trimming.
 QStringView trimmedPart(QStringView part)

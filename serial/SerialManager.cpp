@@ -70,10 +70,7 @@ void SerialManager::close()
         m_port->close();
 }
 
-bool SerialManager::isOpen() const
-{
-    return m_port->isOpen();
-}
+bool SerialManager::isOpen() const { return m_port->isOpen(); }
 
 QStringList SerialManager::availablePorts() const
 {
@@ -84,15 +81,9 @@ QStringList SerialManager::availablePorts() const
     return names;
 }
 
-void SerialManager::refreshPorts()
-{
-    Q_EMIT portsChanged(availablePorts());
-}
+void SerialManager::refreshPorts() { Q_EMIT portsChanged(availablePorts()); }
 
-void SerialManager::onReadyRead()
-{
-    receive(m_port->readAll());
-}
+void SerialManager::onReadyRead() { receive(m_port->readAll()); }
 
 // Where the loop stands is kept in members and brought up to date before a line is parsed: whoever hears of
 // the line may reopen the port, or run an event loop in which more bytes arrive.

@@ -73,10 +73,7 @@ AnalogGaugeWidget::AnalogGaugeWidget(QWidget* parent)
     setMinimumSize(kMinimumSide, kMinimumSide);
 }
 
-QSize AnalogGaugeWidget::sizeHint() const
-{
-    return size();
-}
+QSize AnalogGaugeWidget::sizeHint() const { return size(); }
 
 void AnalogGaugeWidget::setValue(double value)
 {
@@ -93,20 +90,11 @@ void AnalogGaugeWidget::setRange(double minimum, double maximum)
     update();
 }
 
-QString AnalogGaugeWidget::typeName() const
-{
-    return QStringLiteral("AnalogGauge");
-}
+QString AnalogGaugeWidget::typeName() const { return QStringLiteral("AnalogGauge"); }
 
-QString AnalogGaugeWidget::signalName() const
-{
-    return m_signal;
-}
+QString AnalogGaugeWidget::signalName() const { return m_signal; }
 
-void AnalogGaugeWidget::assignSignal(const QString& name)
-{
-    m_signal = name;
-}
+void AnalogGaugeWidget::assignSignal(const QString& name) { m_signal = name; }
 
 void AnalogGaugeWidget::loadConfig(const QJsonObject& config)
 {
@@ -114,10 +102,7 @@ void AnalogGaugeWidget::loadConfig(const QJsonObject& config)
         setRange(cutToInt(config.value(kMinKey)), cutToInt(config.value(kMaxKey)));
 }
 
-QJsonObject AnalogGaugeWidget::saveConfig() const
-{
-    return {{kMinKey, m_minimum}, {kMaxKey, m_maximum}};
-}
+QJsonObject AnalogGaugeWidget::saveConfig() const { return {{kMinKey, m_minimum}, {kMaxKey, m_maximum}}; }
 
 void AnalogGaugeWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
@@ -158,10 +143,7 @@ void AnalogGaugeWidget::resizeEvent(QResizeEvent* event)
     update();
 }
 
-int AnalogGaugeWidget::side() const
-{
-    return std::min(width(), height());
-}
+int AnalogGaugeWidget::side() const { return std::min(width(), height()); }
 
 double AnalogGaugeWidget::needleAngle() const
 {

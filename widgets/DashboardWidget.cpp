@@ -7,45 +7,24 @@ DashboardWidget::DashboardWidget(QWidget* parent)
     : QWidget(parent)
 {}
 
-QSize DashboardWidget::minimumCanvasSize() const
-{
-    return minimumSizeHint().expandedTo(QSize(80, 60));
-}
+QSize DashboardWidget::minimumCanvasSize() const { return minimumSizeHint().expandedTo(QSize(80, 60)); }
 
-void DashboardWidget::setValueForSignal(const QString&, double value)
-{
-    setValue(value);
-}
+void DashboardWidget::setValueForSignal(const QString&, double value) { setValue(value); }
 
 void DashboardWidget::setValueForSignalAt(const QString& name, double value, double)
 {
     setValueForSignal(name, value);
 }
 
-bool DashboardWidget::supportsMultipleSignals() const
-{
-    return false;
-}
+bool DashboardWidget::supportsMultipleSignals() const { return false; }
 
-bool DashboardWidget::usesSignalSelection() const
-{
-    return true;
-}
+bool DashboardWidget::usesSignalSelection() const { return true; }
 
-QString DashboardWidget::signalName() const
-{
-    return m_assignedSignals.value(0);
-}
+QString DashboardWidget::signalName() const { return m_assignedSignals.value(0); }
 
-QList<QString> DashboardWidget::assignedSignalList() const
-{
-    return m_assignedSignals;
-}
+QList<QString> DashboardWidget::assignedSignalList() const { return m_assignedSignals; }
 
-void DashboardWidget::assignSignal(const QString& name)
-{
-    DashboardWidget::assignSignals({name});
-}
+void DashboardWidget::assignSignal(const QString& name) { DashboardWidget::assignSignals({name}); }
 
 void DashboardWidget::assignSignals(const QList<QString>& names)
 {
@@ -77,7 +56,4 @@ void DashboardWidget::buildConfigUI(QFormLayout*, QWidget*) {}
 
 void DashboardWidget::applyConfigUI() {}
 
-QString canonical(const QString& entry)
-{
-    return entry.section(QLatin1Char(':'), 0, 0).trimmed();
-}
+QString canonical(const QString& entry) { return entry.section(QLatin1Char(':'), 0, 0).trimmed(); }

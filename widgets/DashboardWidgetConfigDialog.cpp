@@ -50,10 +50,7 @@ DashboardWidgetConfigDialog::DashboardWidgetConfigDialog(DashboardWidget* widget
         firstField->widget()->setFocus();
 }
 
-void DashboardWidgetConfigDialog::addWidgetSpecificOptions()
-{
-    m_widget->buildConfigUI(m_form, this);
-}
+void DashboardWidgetConfigDialog::addWidgetSpecificOptions() { m_widget->buildConfigUI(m_form, this); }
 
 void DashboardWidgetConfigDialog::applyConfig()
 {

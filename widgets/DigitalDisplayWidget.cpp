@@ -46,20 +46,11 @@ void DigitalDisplayWidget::setValue(double value)
     m_label->setText(QString::number(value, 'f', std::clamp(m_decimalPlaces, 0, kMaxShownPlaces)));
 }
 
-QString DigitalDisplayWidget::typeName() const
-{
-    return QStringLiteral("DigitalDisplay");
-}
+QString DigitalDisplayWidget::typeName() const { return QStringLiteral("DigitalDisplay"); }
 
-QString DigitalDisplayWidget::signalName() const
-{
-    return m_signal;
-}
+QString DigitalDisplayWidget::signalName() const { return m_signal; }
 
-void DigitalDisplayWidget::assignSignal(const QString& name)
-{
-    m_signal = name;
-}
+void DigitalDisplayWidget::assignSignal(const QString& name) { m_signal = name; }
 
 void DigitalDisplayWidget::loadConfig(const QJsonObject& config)
 {

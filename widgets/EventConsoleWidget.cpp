@@ -181,25 +181,13 @@ void EventConsoleWidget::setMaxLines(int lines)
     m_maxLines = lines;
 }
 
-void EventConsoleWidget::setAutoScroll(bool on)
-{
-    m_autoScroll = on;
-}
+void EventConsoleWidget::setAutoScroll(bool on) { m_autoScroll = on; }
 
-QSpinBox* EventConsoleWidget::maxLinesEditor() const
-{
-    return m_maxLinesEditor;
-}
+QSpinBox* EventConsoleWidget::maxLinesEditor() const { return m_maxLinesEditor; }
 
-QCheckBox* EventConsoleWidget::autoScrollEditor() const
-{
-    return m_autoScrollEditor;
-}
+QCheckBox* EventConsoleWidget::autoScrollEditor() const { return m_autoScrollEditor; }
 
-int EventConsoleWidget::lineLimit() const
-{
-    return std::clamp(m_maxLines, 1, kMaxLines);
-}
+int EventConsoleWidget::lineLimit() const { return std::clamp(m_maxLines, 1, kMaxLines); }
 
 void EventConsoleWidget::flush()
 {
@@ -257,10 +245,7 @@ double EventConsoleWidget::trim()
     return height;
 }
 
-bool EventConsoleWidget::isFollowing() const
-{
-    return m_autoScroll && !m_selecting;
-}
+bool EventConsoleWidget::isFollowing() const { return m_autoScroll && !m_selecting; }
 
 void EventConsoleWidget::followNewest()
 {

@@ -7,10 +7,7 @@ MessagesConsoleWidget::MessagesConsoleWidget(QWidget* parent)
     : EventConsoleWidget(tr("No messages"), parent)
 {}
 
-QString MessagesConsoleWidget::typeName() const
-{
-    return QStringLiteral("MessagesConsole");
-}
+QString MessagesConsoleWidget::typeName() const { return QStringLiteral("MessagesConsole"); }
 
 void MessagesConsoleWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
@@ -19,12 +16,6 @@ void MessagesConsoleWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
     connect(autoScrollEditor(), &QCheckBox::toggled, this, &MessagesConsoleWidget::setAutoScroll);
 }
 
-void MessagesConsoleWidget::appendMessage(double tSec, const QString& text)
-{
-    appendEvent(tSec, text);
-}
+void MessagesConsoleWidget::appendMessage(double tSec, const QString& text) { appendEvent(tSec, text); }
 
-void MessagesConsoleWidget::clearMessages()
-{
-    clearEvents();
-}
+void MessagesConsoleWidget::clearMessages() { clearEvents(); }

@@ -78,15 +78,9 @@ QColor StateIndicatorWidget::colorForState(const QString& stateId) const
     return {90, 120, 160};
 }
 
-QString StateIndicatorWidget::typeName() const
-{
-    return QStringLiteral("StateIndicator");
-}
+QString StateIndicatorWidget::typeName() const { return QStringLiteral("StateIndicator"); }
 
-bool StateIndicatorWidget::usesSignalSelection() const
-{
-    return false;
-}
+bool StateIndicatorWidget::usesSignalSelection() const { return false; }
 
 void StateIndicatorWidget::loadConfig(const QJsonObject& config)
 {

@@ -61,7 +61,10 @@ public:
 
 private:
     static constexpr int kTickMs = 2;
-    void tick() { m_longest = std::max(m_longest, double(m_clock.nsecsElapsed()) / 1e6 - kTickMs), m_clock.start(); }
+    void tick()
+    {
+        m_longest = std::max(m_longest, double(m_clock.nsecsElapsed()) / 1e6 - kTickMs), m_clock.start();
+    }
 
     QTimer m_timer;
     QElapsedTimer m_clock;

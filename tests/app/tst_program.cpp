@@ -17,7 +17,8 @@ private Q_SLOTS:
                                  << QStringLiteral("Sigvane " SIGVANE_VERSION);
         QTest::newRow("help") << QStringList(QStringLiteral("--help")) << 0
                               << QStringLiteral("Path to dashboard_signals.def.");
-        QTest::newRow("unknown option") << QStringList(QStringLiteral("--nonsense")) << 1 << QStringLiteral("nonsense");
+        QTest::newRow("unknown option")
+            << QStringList(QStringLiteral("--nonsense")) << 1 << QStringLiteral("nonsense");
     }
     void answersOnTheCommandLine()
     {
@@ -39,10 +40,12 @@ private Q_SLOTS:
         QProcess program;
         program.setProcessChannelMode(QProcess::MergedChannels);
         program.start(QStringLiteral(SIGVANE_PROGRAM),
-                      {QStringLiteral("--project"), dir.path(), QStringLiteral("--baud"), QStringLiteral("quick"),
-                       QStringLiteral("--port"), dir.filePath(QStringLiteral("port"))});
+                      {QStringLiteral("--project"), dir.path(), QStringLiteral("--baud"),
+                       QStringLiteral("quick"), QStringLiteral("--port"),
+                       dir.filePath(QStringLiteral("port"))});
         QByteArray said;
-        QTRY_VERIFY2_WITH_TIMEOUT((said += program.readAll()).contains("Could not open the port"), said, 30'000);
+        QTRY_VERIFY2_WITH_TIMEOUT((said += program.readAll()).contains("Could not open the port"), said,
+                                  30'000);
         QVERIFY(said.contains("Not a usable project: " + dir.path().toUtf8()));
         QVERIFY(said.contains("Not a baud rate: quick"));
         QCOMPARE(program.state(), QProcess::Running);

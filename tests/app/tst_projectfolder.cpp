@@ -24,7 +24,9 @@ class TestProjectFolder : public QObject
     }
     static QString stored(const char* organization)
     {
-        return QSettings(QLatin1String(organization), QStringLiteral("Sigvane")).value(QStringLiteral("projectDir")).toString();
+        return QSettings(QLatin1String(organization), QStringLiteral("Sigvane"))
+            .value(QStringLiteral("projectDir"))
+            .toString();
     }
 
 private Q_SLOTS:

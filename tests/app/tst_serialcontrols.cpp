@@ -32,7 +32,8 @@ private Q_SLOTS:
         QVERIFY(window.serial()->isOpen());
         QCOMPARE(button->text(), QStringLiteral("Disconnect"));
         QCOMPARE(baud->currentData().toInt(), 250000);
-        QVERIFY(status->text().contains(device.portName()) && status->text().contains(QStringLiteral("250000")));
+        QVERIFY(status->text().contains(device.portName()) &&
+                status->text().contains(QStringLiteral("250000")));
 
         QVERIFY(device.writeAll("1.5 A=1 B=2\r\nA=3\n"));
         QTRY_COMPARE(status->lineCount(), 2);
@@ -100,7 +101,8 @@ private Q_SLOTS:
     {
         const PseudoTerminal device;
         ConnectionStatus status;
-        status.showError(device.portName(), QStringLiteral("Permission denied"), QSerialPort::PermissionError);
+        status.showError(device.portName(), QStringLiteral("Permission denied"),
+                         QSerialPort::PermissionError);
         const QString group = QFileInfo(device.portName()).group();
         if (group.isEmpty() || group == QLatin1String("root"))
             QSKIP("terminals belong to no group here");

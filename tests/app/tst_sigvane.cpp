@@ -1,5 +1,5 @@
-#include "app/Sigvane.h"
 #include "app/CommandLine.h"
+#include "app/Sigvane.h"
 #include "app/ValueRouter.h"
 #include "app/WidgetPalette.h"
 #include "canvas/DashboardItem.h"
@@ -68,8 +68,8 @@ private Q_SLOTS:
         const QList<QToolBar*> toolBars = window.findChildren<QToolBar*>();
         for (const QToolBar* bar : toolBars)
             bars.append(bar->windowTitle() + QLatin1Char('/') + bar->objectName());
-        QCOMPARE(bars, QStringList({QStringLiteral("Controls/tb_controls"), QStringLiteral("Export/tb_export"),
-                                    QStringLiteral("I/O/tb_io")}));
+        QCOMPARE(bars, QStringList({QStringLiteral("Controls/tb_controls"),
+                                    QStringLiteral("Export/tb_export"), QStringLiteral("I/O/tb_io")}));
         for (const char* text : {"Record", "Play", "Signals", "Events"})
             QVERIFY2(action(window, text) && !action(window, text)->isEnabled(), text);
         for (const char* text : {"Design", "Save Layout", "Load Layout", "Stop"})
@@ -187,10 +187,9 @@ private Q_SLOTS:
         const QString path = m_dir.filePath(QStringLiteral("dashboard_signals.def"));
         const auto define = [&path](const char* scale) {
             QFile file(path);
-            return file.open(QIODevice::WriteOnly)
-                   && file.write(QByteArray("DASHBOARD_MAPPING(M, 0, ") + scale
-                                 + ")\nDASHBOARD_SIGNAL(T, \"t\", M)\n")
-                          > 0;
+            return file.open(QIODevice::WriteOnly) &&
+                   file.write(QByteArray("DASHBOARD_MAPPING(M, 0, ") + scale +
+                              ")\nDASHBOARD_SIGNAL(T, \"t\", M)\n") > 0;
         };
         QVERIFY(define("2"));
         const QSignalSpy changed(&window, &Sigvane::signalsDefChanged);

@@ -34,7 +34,10 @@ public:
     {}
     void setValue(double) override {}
     QString typeName() const override { return QStringLiteral("Probe"); }
-    QList<QString> assignedSignalList() const override { return own.isEmpty() ? DashboardWidget::assignedSignalList() : own; }
+    QList<QString> assignedSignalList() const override
+    {
+        return own.isEmpty() ? DashboardWidget::assignedSignalList() : own;
+    }
     void setValueForSignalAt(const QString& name, double value, double tSec) override
     {
         m_log->append({this, name, value});
@@ -98,7 +101,10 @@ class TestValueRouter : public QObject
 
     QTemporaryDir m_dir;
 
-    static QString textOf(DashboardWidget* console) { return console->findChild<QTextEdit*>()->toPlainText(); }
+    static QString textOf(DashboardWidget* console)
+    {
+        return console->findChild<QTextEdit*>()->toPlainText();
+    }
 
 private Q_SLOTS:
     void deliversWhatAWalkWouldDeliver_data()
@@ -113,7 +119,8 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         const auto name = [&random] { return QString(QChar(u'A' + ushort(random.bounded(6)))); };
         const auto names = [&] {
-            const QString entries[] = {name(), name() + QStringLiteral(": text"), QStringLiteral(" ") + name()};
+            const QString entries[] = {name(), name() + QStringLiteral(": text"),
+                                       QStringLiteral(" ") + name()};
             QList<QString> list;
             for (const QString& entry : entries) {
                 if (random.bounded(2))
@@ -130,7 +137,8 @@ private Q_SLOTS:
         for (int step = 0; step < 1000; ++step) {
             const int change = random.bounded(10);
             Probe* any = probes.isEmpty() ? nullptr : probes[random.bounded(probes.size())];
-            auto* item = any ? static_cast<DashboardItem*>(any->graphicsProxyWidget()->parentItem()) : nullptr;
+            auto* item =
+                any ? static_cast<DashboardItem*>(any->graphicsProxyWidget()->parentItem()) : nullptr;
             if (change == 0 && probes.size() < 30) {
                 probes.append(addProbe(scene, &log, names()));
             } else if (change == 1 && any) {
@@ -143,8 +151,10 @@ private Q_SLOTS:
             } else if (change == 4 && any) {
                 any->setOwn(names());
             } else if (change == 5 && any) {
-                auto* other = static_cast<DashboardItem*>(probes.first()->graphicsProxyWidget()->parentItem());
-                item->setParentItem(item->parentItem() || other == item || other->parentItem() ? nullptr : other);
+                auto* other =
+                    static_cast<DashboardItem*>(probes.first()->graphicsProxyWidget()->parentItem());
+                item->setParentItem(item->parentItem() || other == item || other->parentItem() ? nullptr
+                                                                                               : other);
             } else if (change == 6 && any && random.bounded(4) == 0 && item->childItems().size() == 2) {
                 probes.removeOne(any);
                 delete item;
@@ -165,14 +175,15 @@ private Q_SLOTS:
         ActiveDefinitions definitions;
         ValueRouter router(&scene, &definitions);
         QList<Delivery> log;
-        Probe* probe = addProbe(scene, &log, {QStringLiteral("T: °F"), QStringLiteral("T"), QStringLiteral("t")});
+        Probe* probe =
+            addProbe(scene, &log, {QStringLiteral("T: °F"), QStringLiteral("T"), QStringLiteral("t")});
         const QString name = QStringLiteral("T");
         router.routeLiveValues({{name, 100.0}});
         QCOMPARE(log, QList<Delivery>({{probe, name, 100.0}}));
 
-        definitions.setProject(catalogue(
-            m_dir, "DASHBOARD_MAPPING(M, 32, 1.8)\nDASHBOARD_SIGNAL(T, \"Temp\", M)\n"
-                   "DASHBOARD_SIGNAL(U, \"No mapping\", NONE)\n"));
+        definitions.setProject(catalogue(m_dir,
+                                         "DASHBOARD_MAPPING(M, 32, 1.8)\nDASHBOARD_SIGNAL(T, \"Temp\", M)\n"
+                                         "DASHBOARD_SIGNAL(U, \"No mapping\", NONE)\n"));
         log.clear();
         router.routeLiveValues({{name, 100.0}, {QStringLiteral("U"), 5.0}});
         QCOMPARE(log, QList<Delivery>({{probe, name, 212.0}}));
@@ -220,8 +231,9 @@ private Q_SLOTS:
         auto* errors = new ErrorConsoleWidget;
         auto* nested = new ErrorConsoleWidget;
         auto* messages = new MessagesConsoleWidget;
-        for (DashboardWidget* widget : {static_cast<DashboardWidget*>(indicator), static_cast<DashboardWidget*>(other),
-                                        static_cast<DashboardWidget*>(errors), static_cast<DashboardWidget*>(messages)})
+        for (DashboardWidget* widget :
+             {static_cast<DashboardWidget*>(indicator), static_cast<DashboardWidget*>(other),
+              static_cast<DashboardWidget*>(errors), static_cast<DashboardWidget*>(messages)})
             scene.addItem(new DashboardItem(widget));
         new DashboardItem(nested, scene.dashboardItems().first());
 

@@ -1,7 +1,6 @@
+#include "canvas/StackingOrder.h"
 #include "support/Canvas.h"
 #include "support/ModalAnswer.h"
-
-#include "canvas/StackingOrder.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QGraphicsProxyWidget>

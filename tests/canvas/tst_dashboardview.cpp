@@ -1,5 +1,4 @@
 #include "support/Canvas.h"
-
 #include "widgets/DashboardWidget.h"
 
 #include <QElapsedTimer>
@@ -53,8 +52,8 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&canvas.view));
         DashboardItem* item = canvas.add("AnalogGauge", QRectF(0, 0, 200, 200));
         const auto needleIsAt = [&canvas](const QPoint& pixel) {
-            return canvas.view.viewport()->grab().toImage().pixelColor(pixel).red() > 200
-                   && canvas.view.viewport()->grab().toImage().pixelColor(pixel).green() < 90;
+            return canvas.view.viewport()->grab().toImage().pixelColor(pixel).red() > 200 &&
+                   canvas.view.viewport()->grab().toImage().pixelColor(pixel).green() < 90;
         };
         item->widget()->setValue(50);
         QTRY_VERIFY(needleIsAt({100, 50}));

@@ -1,5 +1,4 @@
 #include "support/Canvas.h"
-
 #include "widgets/DashboardWidget.h"
 #include "widgets/ErrorConsoleWidget.h"
 
@@ -27,7 +26,7 @@ private Q_SLOTS:
         QCOMPARE(background(scene, rect).pixelColor(50, 50), QApplication::palette().color(QPalette::Window));
         scene.setDesignMode(true);
         const QImage grid = background(scene, rect);
-        QCOMPARE(grid.pixelColor(30, 30), QColor(Qt::white)); // at (5, 5)
+        QCOMPARE(grid.pixelColor(30, 30), QColor(Qt::white));     // at (5, 5)
         QCOMPARE(grid.pixelColor(35, 32), QColor(220, 220, 220)); // on x = 10
         QCOMPARE(grid.pixelColor(32, 15), QColor(220, 220, 220)); // on y = -10
     }

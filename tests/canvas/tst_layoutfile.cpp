@@ -1,7 +1,6 @@
+#include "canvas/LayoutFile.h"
 #include "support/Canvas.h"
 #include "support/ModalAnswer.h"
-
-#include "canvas/LayoutFile.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QDir>
@@ -71,7 +70,8 @@ private Q_SLOTS:
         QCOMPARE(loaded[2]->zValue(), 0.0);
         QCOMPARE(loaded[2]->pos(), QPointF(210, -30));
         QCOMPARE(loaded[2]->boundingRect().size(), QSizeF(250, 180));
-        QCOMPARE(loaded[0]->widget()->assignedSignalList(), QList<QString>({QStringLiteral("A:x"), QStringLiteral("B")}));
+        QCOMPARE(loaded[0]->widget()->assignedSignalList(),
+                 QList<QString>({QStringLiteral("A:x"), QStringLiteral("B")}));
     }
 
     void readsRecordsOfAnyKind_data()
@@ -82,7 +82,8 @@ private Q_SLOTS:
         const auto row = [](const char* name, const char* fields, const QRectF& frame, double z) {
             QTest::newRow(name) << QByteArray("{'type':'StateIndicator',") + fields + "}" << frame << z;
         };
-        row("size raised to the grid", "'x':3,'y':4.5,'width':95,'height':41,'z':7", QRectF(3, 4.5, 100, 60), 7);
+        row("size raised to the grid", "'x':3,'y':4.5,'width':95,'height':41,'z':7", QRectF(3, 4.5, 100, 60),
+            7);
         row("keys missing", "'config':{}", QRectF(0, 0, 80, 60), 0);
         row("wrong types", "'x':'1','y':[],'width':{},'height':null,'z':'2','signals':7,'config':[]",
             QRectF(0, 0, 80, 60), 0);
@@ -105,10 +106,11 @@ private Q_SLOTS:
     void configIsAppliedAfterTheSignals()
     {
         Canvas canvas;
-        const std::unique_ptr<DashboardItem> item(fromText(
-            "{'type':'AnalogGauge','signals':['A',3,null,'B'],'config':{'min':-5.5,'max':20.9}}"));
+        const std::unique_ptr<DashboardItem> item(
+            fromText("{'type':'AnalogGauge','signals':['A',3,null,'B'],'config':{'min':-5.5,'max':20.9}}"));
         QVERIFY(item);
-        QCOMPARE(item->widget()->assignedSignalList(), QList<QString>({QStringLiteral("A"), QStringLiteral("B")}));
+        QCOMPARE(item->widget()->assignedSignalList(),
+                 QList<QString>({QStringLiteral("A"), QStringLiteral("B")}));
         QCOMPARE(item->widget()->saveConfig().value(QStringLiteral("max")).toDouble(), 20.0);
     }
 
@@ -122,7 +124,8 @@ private Q_SLOTS:
         QTest::newRow("cut off") << json("{'items':[{'type':'Anal") << invalid;
         QTest::newRow("deep") << QByteArray(100'000, '[') << invalid;
         QTest::newRow("a flood of items")
-            << json("{'items':[" + QByteArray("{'type':'AnalogGauge'},").repeated(100'000) + "{}]}") << invalid;
+            << json("{'items':[" + QByteArray("{'type':'AnalogGauge'},").repeated(100'000) + "{}]}")
+            << invalid;
         QTest::newRow("missing") << QByteArray("missing") << QStringLiteral("Could not load layout.");
     }
     void refusesWhatIsNoLayout()
@@ -172,7 +175,8 @@ private Q_SLOTS:
         answer.then([](QDialog* dialog) { dialog->accept(); });
         LayoutFile(&m_window, &canvas.scene).save(folder);
         QCOMPARE(answer.titles(), QStringList(QStringLiteral("Save Layout")));
-        const QJsonObject saved = QJsonDocument::fromJson(read(folder + QStringLiteral("/layout.json"))).object();
+        const QJsonObject saved =
+            QJsonDocument::fromJson(read(folder + QStringLiteral("/layout.json"))).object();
         QStringList keys = saved.keys();
         QCOMPARE(keys, QStringList({QStringLiteral("isFullScreen"), QStringLiteral("isMaximized"),
                                     QStringLiteral("items"), QStringLiteral("windowGeometry"),

@@ -1,6 +1,6 @@
-#include "support/LineEvents.h"
 #include "serial/LineParser.h"
 #include "serial/LineValues.h"
+#include "support/LineEvents.h"
 
 #include <QRandomGenerator>
 #include <QTest>

@@ -10,7 +10,8 @@
 #include <QTest>
 #include <QWheelEvent>
 
-// A canvas in a shown view, and the mouse over it: every event goes to the view's viewport, as a user's would.
+// A canvas in a shown view, and the mouse over it: every event goes to the view's viewport, as a user's
+// would.
 struct Canvas
 {
     DesignScene scene;
@@ -49,8 +50,8 @@ struct Canvas
     }
     void move(const QPointF& pos, Qt::MouseButtons buttons = Qt::LeftButton)
     {
-        QMouseEvent event(QEvent::MouseMove, at(pos), view.viewport()->mapToGlobal(at(pos)), Qt::NoButton, buttons,
-                          {});
+        QMouseEvent event(QEvent::MouseMove, at(pos), view.viewport()->mapToGlobal(at(pos)), Qt::NoButton,
+                          buttons, {});
         QCoreApplication::sendEvent(view.viewport(), &event);
     }
     void release(const QPointF& pos, Qt::MouseButton button = Qt::LeftButton)
@@ -65,8 +66,8 @@ struct Canvas
     }
     void wheel(const QPointF& pos, int delta)
     {
-        QWheelEvent event(at(pos), view.viewport()->mapToGlobal(at(pos)), {}, QPoint(0, delta), Qt::NoButton, {},
-                          Qt::NoScrollPhase, false);
+        QWheelEvent event(at(pos), view.viewport()->mapToGlobal(at(pos)), {}, QPoint(0, delta), Qt::NoButton,
+                          {}, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(view.viewport(), &event);
     }
     void contextMenu(const QPointF& pos)

@@ -17,8 +17,8 @@ public:
     /// The path that a serial port opens; a new one after reopen().
     QString portName() const { return m_portName; }
 
-    /// Writes as much as the terminal takes now (it buffers about 4 KB while nobody reads) and returns how many
-    /// bytes that was; −1 on failure. It never blocks.
+    /// Writes as much as the terminal takes now (it buffers about 4 KB while nobody reads) and returns how
+    /// many bytes that was; −1 on failure. It never blocks.
     qint64 write(const QByteArray& bytes);
     /// The same until all is written, running the event loop in between; false after 30 s.
     bool writeAll(const QByteArray& bytes);

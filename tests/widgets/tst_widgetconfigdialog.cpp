@@ -1,5 +1,5 @@
-#include "support/WidgetTools.h"
 #include "support/ModalAnswer.h"
+#include "support/WidgetTools.h"
 #include "widgets/AnalogGaugeWidget.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
 

@@ -60,10 +60,7 @@ std::unique_ptr<DashboardWidget> TestWidgetContract::make()
     return widget;
 }
 
-void TestWidgetContract::initTestCase()
-{
-    DashboardWidgetFactory::instance().registerBuiltInTypes();
-}
+void TestWidgetContract::initTestCase() { DashboardWidgetFactory::instance().registerBuiltInTypes(); }
 
 void TestWidgetContract::offersEachTypeOnce()
 {
