@@ -20,6 +20,8 @@
 #include <ctime>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool kSanitized = true;
 #else
@@ -32,8 +34,8 @@ namespace {
 class SequenceProbe : public DashboardWidget
 {
 public:
-    SequenceProbe() { assignSignals({QStringLiteral("SEQ")}); }
-    QString typeName() const override { return QStringLiteral("SequenceProbe"); }
+    SequenceProbe() { assignSignals({u"SEQ"_s}); }
+    QString typeName() const override { return u"SequenceProbe"_s; }
     void setValue(double value) override
     {
         if (count > 0 && value != last + 1)
@@ -73,7 +75,7 @@ private:
 
 qint64 residentBytes()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file(u"/proc/self/statm"_s);
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
@@ -85,7 +87,7 @@ double processorSeconds() { return double(std::clock()) / CLOCKS_PER_SEC; }
 struct Rig
 {
     QTemporaryDir dir;
-    LicenseCheck license{true, QStringLiteral("All features")};
+    LicenseCheck license{true, u"All features"_s};
     Sigvane window;
     SequenceProbe* probe = nullptr;
     QProcess device;
@@ -99,7 +101,7 @@ struct Rig
     bool start(const QStringList& deviceOptions)
     {
         const QString example = QStringLiteral(SIGVANE_EXAMPLE);
-        const QString definitions = QStringLiteral("/dashboard_signals.def");
+        const QString definitions = u"/dashboard_signals.def"_s;
         if (!dir.isValid() || !QFile::copy(example + definitions, dir.path() + definitions))
             return false;
         device.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -108,7 +110,7 @@ struct Rig
             return false;
         CommandLine wanted;
         wanted.projectDir = dir.path();
-        wanted.layoutFile = example + QStringLiteral("/layouts/pump-rig.json");
+        wanted.layoutFile = example + u"/layouts/pump-rig.json"_s;
         wanted.portName = QString::fromLocal8Bit(device.readLine()).trimmed();
         window.setLicenseCheck(&license);
         window.resize(1600, 1000);
@@ -131,8 +133,7 @@ private Q_SLOTS:
     {
         constexpr int kLines = 25'000;
         Rig rig;
-        QVERIFY(rig.start({QStringLiteral("--rate"), QStringLiteral("5000"), QStringLiteral("--lines"),
-                           QString::number(kLines)}));
+        QVERIFY(rig.start({u"--rate"_s, u"5000"_s, u"--lines"_s, QString::number(kLines)}));
         const QImage before = rig.window.grab().toImage();
         const LoopWatch watch;
         QElapsedTimer clock;
@@ -153,7 +154,7 @@ private Q_SLOTS:
         if (kSanitized)
             QSKIP("the sanitizer keeps freed memory");
         Rig rig;
-        QVERIFY(rig.start({QStringLiteral("--rate"), QStringLiteral("5000")}));
+        QVERIFY(rig.start({u"--rate"_s, u"5000"_s}));
         // The consoles are full from the beginning, as they are after a day.
         QByteArray flood;
         for (int i = 0; i < 1000; ++i)

@@ -2,6 +2,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The real program as a process of its own.
 class TestProgram : public QObject
 {
@@ -13,12 +15,10 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("output");
-        QTest::newRow("version") << QStringList(QStringLiteral("--version")) << 0
+        QTest::newRow("version") << QStringList(u"--version"_s) << 0
                                  << QStringLiteral("Sigvane " SIGVANE_VERSION);
-        QTest::newRow("help") << QStringList(QStringLiteral("--help")) << 0
-                              << QStringLiteral("Path to dashboard_signals.def.");
-        QTest::newRow("unknown option")
-            << QStringList(QStringLiteral("--nonsense")) << 1 << QStringLiteral("nonsense");
+        QTest::newRow("help") << QStringList(u"--help"_s) << 0 << u"Path to dashboard_signals.def."_s;
+        QTest::newRow("unknown option") << QStringList(u"--nonsense"_s) << 1 << u"nonsense"_s;
     }
     void answersOnTheCommandLine()
     {
@@ -39,10 +39,8 @@ private Q_SLOTS:
         QTemporaryDir dir;
         QProcess program;
         program.setProcessChannelMode(QProcess::MergedChannels);
-        program.start(QStringLiteral(SIGVANE_PROGRAM),
-                      {QStringLiteral("--project"), dir.path(), QStringLiteral("--baud"),
-                       QStringLiteral("quick"), QStringLiteral("--port"),
-                       dir.filePath(QStringLiteral("port"))});
+        program.start(QStringLiteral(SIGVANE_PROGRAM), {u"--project"_s, dir.path(), u"--baud"_s, u"quick"_s,
+                                                        u"--port"_s, dir.filePath(u"port"_s)});
         QByteArray said;
         QTRY_VERIFY2_WITH_TIMEOUT((said += program.readAll()).contains("Could not open the port"), said,
                                   30'000);

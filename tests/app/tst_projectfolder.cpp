@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 class TestProjectFolder : public QObject
 {
     Q_OBJECT
@@ -19,29 +21,27 @@ class TestProjectFolder : public QObject
     {
         const QString folder = m_dir.filePath(name);
         QDir().mkpath(folder);
-        QFile file(folder + QStringLiteral("/dashboard_signals.def"));
+        QFile file(folder + u"/dashboard_signals.def"_s);
         return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? folder : QString();
     }
     static QString stored(const char* organization)
     {
-        return QSettings(QLatin1String(organization), QStringLiteral("Sigvane"))
-            .value(QStringLiteral("projectDir"))
-            .toString();
+        return QSettings(QLatin1String(organization), u"Sigvane"_s).value(u"projectDir"_s).toString();
     }
 
 private Q_SLOTS:
     void init()
     {
         QVERIFY(m_dir.isValid());
-        QSettings(QStringLiteral("YourCompany"), QStringLiteral("Sigvane")).clear();
-        QSettings(QStringLiteral("Tavimar"), QStringLiteral("Sigvane")).clear();
+        QSettings(u"YourCompany"_s, u"Sigvane"_s).clear();
+        QSettings(u"Tavimar"_s, u"Sigvane"_s).clear();
     }
 
     void opensAProject()
     {
         ActiveDefinitions definitions;
         ProjectFolder project(&definitions, &m_window);
-        const QString folder = makeProject(QStringLiteral("good"));
+        const QString folder = makeProject(u"good"_s);
         const QSignalSpy aboutToOpen(&project, &ProjectFolder::aboutToOpen);
         const QSignalSpy opened(&project, &ProjectFolder::opened);
         QVERIFY(project.open(QDir::current().relativeFilePath(folder)));
@@ -56,42 +56,35 @@ private Q_SLOTS:
         QCOMPARE(stored("Tavimar"), QString());
     }
 
-    void changesNothingForAFolderThatIsNoProject_data()
-    {
-        QTest::addColumn<QString>("dir");
-        QTest::newRow("empty") << QString();
-        QTest::newRow("missing") << m_dir.filePath(QStringLiteral("missing"));
-        QTest::newRow("no definitions") << m_dir.path();
-    }
     void changesNothingForAFolderThatIsNoProject()
     {
-        QFETCH(QString, dir);
         ActiveDefinitions definitions;
         ProjectFolder project(&definitions, &m_window);
         const QSignalSpy aboutToOpen(&project, &ProjectFolder::aboutToOpen);
-        QVERIFY(!project.open(dir));
+        for (const QString& dir : {QString(), m_dir.filePath(u"missing"_s), m_dir.path()})
+            QVERIFY(!project.open(dir));
         QVERIFY(aboutToOpen.isEmpty());
         QCOMPARE(project.path(), QString());
         QCOMPARE(gSignalParser, nullptr);
         QCOMPARE(stored("YourCompany"), QString());
         project.ensureSubdirs(); // without a project it makes nothing, nowhere
-        QVERIFY(!QFileInfo::exists(QStringLiteral("recordings")));
-        QVERIFY(!QFileInfo::exists(QStringLiteral("/recordings")));
+        QVERIFY(!QFileInfo::exists(u"recordings"_s));
+        QVERIFY(!QFileInfo::exists(u"/recordings"_s));
     }
 
     void definitionsThatAreADirectory()
     {
         ActiveDefinitions definitions;
         ProjectFolder project(&definitions, &m_window);
-        const QString folder = m_dir.filePath(QStringLiteral("dir"));
-        const QString path = folder + QStringLiteral("/dashboard_signals.def");
+        const QString folder = m_dir.filePath(u"dir"_s);
+        const QString path = folder + u"/dashboard_signals.def"_s;
         QDir().mkpath(path);
         QVERIFY(ProjectFolder::isValid(folder));
         ModalAnswer answer;
         answer.press(QMessageBox::Ok);
         QVERIFY(!project.open(folder));
-        QCOMPARE(answer.titles(), QStringList(QStringLiteral("Signals Definition")));
-        QCOMPARE(answer.texts(), QStringList(QStringLiteral("Cannot find signals file:\n") + path));
+        QCOMPARE(answer.titles(), QStringList(u"Signals Definition"_s));
+        QCOMPARE(answer.texts(), QStringList(u"Cannot find signals file:\n"_s + path));
         QCOMPARE(project.path(), folder); // it is the project all the same
         QCOMPARE(stored("YourCompany"), folder);
     }
@@ -100,14 +93,14 @@ private Q_SLOTS:
     {
         ActiveDefinitions definitions;
         ProjectFolder project(&definitions, &m_window);
-        const QString folder = makeProject(QStringLiteral("good"));
+        const QString folder = makeProject(u"good"_s);
         QVERIFY(project.open(folder));
         const DashboardSignalParser* before = gSignalParser;
         ModalAnswer answer;
         answer.press(QMessageBox::Ok);
-        const QString missing = folder + QStringLiteral("/<b>none</b>");
+        const QString missing = folder + u"/<b>none</b>"_s;
         QVERIFY(!project.loadDefinitions(missing));
-        QCOMPARE(answer.texts(), QStringList(QStringLiteral("Cannot find signals file:\n") + missing));
+        QCOMPARE(answer.texts(), QStringList(u"Cannot find signals file:\n"_s + missing));
         QCOMPARE(gSignalParser, before);
         QVERIFY(project.loadDefinitions(project.definitionsFile()));
         QVERIFY(gSignalParser != nullptr);
@@ -117,44 +110,35 @@ private Q_SLOTS:
     {
         ActiveDefinitions definitions;
         ProjectFolder project(&definitions, &m_window);
-        QSettings(QStringLiteral("Tavimar"), QStringLiteral("Sigvane"))
-            .setValue(QStringLiteral("projectDir"), makeProject(QStringLiteral("last")));
-        const QString good = makeProject(QStringLiteral("chosen"));
-        const QString bad = m_dir.filePath(QStringLiteral("bad"));
+        QSettings(u"Tavimar"_s, u"Sigvane"_s).setValue(u"projectDir"_s, makeProject(u"last"_s));
+        const QString good = makeProject(u"chosen"_s);
+        const QString bad = m_dir.filePath(u"bad"_s);
         QDir().mkpath(bad);
         ModalAnswer answer;
         answer.accept().chooseFile(bad).press(QMessageBox::Ok).accept().chooseFile(good);
         project.loadLastOrPrompt();
         QVERIFY(answer.allUsed());
-        const QString intro = QStringLiteral("Select a Project");
-        const QString picker = QStringLiteral("Select Project Folder (contains dashboard_signals.def)");
-        QCOMPARE(answer.titles(),
-                 QStringList({intro, picker, QStringLiteral("Invalid Project"), intro, picker}));
-        QCOMPARE(answer.texts()[2], QStringLiteral("Selected folder does not contain dashboard_signals.def"));
+        const QString intro = u"Select a Project"_s;
+        const QString picker = u"Select Project Folder (contains dashboard_signals.def)"_s;
+        QCOMPARE(answer.titles(), QStringList({intro, picker, u"Invalid Project"_s, intro, picker}));
+        QCOMPARE(answer.texts()[2], u"Selected folder does not contain dashboard_signals.def"_s);
         QCOMPARE(project.path(), good);
         QCOMPARE(stored("Tavimar"), good);
     }
 
-    void givingUpIsSaid_data()
-    {
-        QTest::addColumn<bool>("atThePicker");
-        QTest::newRow("introduction") << false;
-        QTest::newRow("picker") << true;
-    }
     void givingUpIsSaid()
     {
-        QFETCH(bool, atThePicker);
         ActiveDefinitions definitions;
         ProjectFolder project(&definitions, &m_window);
         const QSignalSpy refused(&project, &ProjectFolder::refused);
         ModalAnswer answer;
-        if (atThePicker)
-            answer.accept();
-        answer.reject();
+        answer.reject(); // the introduction
         project.showIntroAndPrompt();
-        QVERIFY(answer.allUsed());
-        QCOMPARE(answer.unexpected(), 0);
         QCOMPARE(refused.size(), 1);
+        answer.accept().reject(); // the picker
+        project.showIntroAndPrompt();
+        QCOMPARE(refused.size(), 2);
+        QVERIFY(answer.allUsed() && answer.unexpected() == 0);
     }
 };
 

@@ -3,6 +3,8 @@
 #include <QTest>
 #include <QTranslator>
 
+using namespace Qt::StringLiterals;
+
 // The icons are named by path in several libraries, which do not notice at build time when one is missing.
 class TestResources : public QObject
 {
@@ -29,9 +31,9 @@ void TestResources::everyIconHasBothResolutions_data()
 void TestResources::everyIconHasBothResolutions()
 {
     QFETCH(QString, name);
-    const QString path = QStringLiteral(":/icons/%1.png").arg(name);
+    const QString path = u":/icons/%1.png"_s.arg(name);
     QCOMPARE(QImage(path).size(), QSize(32, 32));
-    const QImage fine(QStringLiteral(":/icons/%1@2x.png").arg(name));
+    const QImage fine(u":/icons/%1@2x.png"_s.arg(name));
     QCOMPARE(fine.size(), QSize(64, 64));
     QCOMPARE(fine.devicePixelRatio(), 2.0);
 }
@@ -39,7 +41,7 @@ void TestResources::everyIconHasBothResolutions()
 void TestResources::everyCarriedIconIsDrawn()
 {
     int icons = 0;
-    QDirIterator files(QStringLiteral(":/icons"));
+    QDirIterator files(u":/icons"_s);
     while (files.hasNext()) {
         const QImage image(files.next());
         QVERIFY2(!image.isNull(), qPrintable(files.filePath()));
@@ -58,14 +60,14 @@ void TestResources::everyCarriedIconIsDrawn()
 
 void TestResources::applicationIconIsLarge()
 {
-    QCOMPARE(QImage(QStringLiteral(":/icons/sigvane.png")).size(), QSize(256, 256));
+    QCOMPARE(QImage(u":/icons/sigvane.png"_s).size(), QSize(256, 256));
 }
 
 void TestResources::translationLoads()
 {
     QTranslator translator;
-    QVERIFY(translator.load(QStringLiteral(":/i18n/sigvane_en_GB.qm")));
-    QCOMPARE(translator.language(), QStringLiteral("en_GB"));
+    QVERIFY(translator.load(u":/i18n/sigvane_en_GB.qm"_s));
+    QCOMPARE(translator.language(), u"en_GB"_s);
 }
 
 QTEST_MAIN(TestResources)

@@ -19,11 +19,13 @@
 #include <QToolBar>
 #include <QToolButton>
 
+using namespace Qt::StringLiterals;
+
 class TestSigvane : public QObject
 {
     Q_OBJECT
 
-    LicenseCheck m_license{true, QStringLiteral("All features")};
+    LicenseCheck m_license{true, u"All features"_s};
     QTemporaryDir m_dir;
 
     static QAction* action(const Sigvane& window, const char* text)
@@ -56,11 +58,11 @@ private Q_SLOTS:
     {
         Sigvane window;
         QCOMPARE(window.mode(), Sigvane::Idle);
-        QCOMPARE(status(window), QStringLiteral("Idle"));
-        auto* chip = window.findChild<QLabel*>(QStringLiteral("licenseChip"));
-        QCOMPARE(chip->text(), QStringLiteral("Unknown license status"));
+        QCOMPARE(status(window), u"Idle"_s);
+        auto* chip = window.findChild<QLabel*>(u"licenseChip"_s);
+        QCOMPARE(chip->text(), u"Unknown license status"_s);
         window.setLicenseCheck(&m_license);
-        QCOMPARE(chip->text(), QStringLiteral("All features"));
+        QCOMPARE(chip->text(), u"All features"_s);
         QVERIFY(!window.findChild<WidgetPalette*>()->isEnabled());
         QCOMPARE(gSignalParser, nullptr);
 
@@ -68,8 +70,7 @@ private Q_SLOTS:
         const QList<QToolBar*> toolBars = window.findChildren<QToolBar*>();
         for (const QToolBar* bar : toolBars)
             bars.append(bar->windowTitle() + QLatin1Char('/') + bar->objectName());
-        QCOMPARE(bars, QStringList({QStringLiteral("Controls/tb_controls"),
-                                    QStringLiteral("Export/tb_export"), QStringLiteral("I/O/tb_io")}));
+        QCOMPARE(bars, QStringList({u"Controls/tb_controls"_s, u"Export/tb_export"_s, u"I/O/tb_io"_s}));
         for (const char* text : {"Record", "Play", "Signals", "Events"})
             QVERIFY2(action(window, text) && !action(window, text)->isEnabled(), text);
         for (const char* text : {"Design", "Save Layout", "Load Layout", "Stop"})
@@ -80,13 +81,13 @@ private Q_SLOTS:
     {
         Sigvane window;
         window.setLicenseCheck(&m_license);
-        window.addWidget(QStringLiteral("AnalogGauge"));
+        window.addWidget(u"AnalogGauge"_s);
         DashboardItem* item = window.scene()->dashboardItems().first();
         const auto movable = [item] { return bool(item->flags() & QGraphicsItem::ItemIsMovable); };
         QVERIFY(!movable());
         action(window, "Design")->trigger();
         QCOMPARE(window.mode(), Sigvane::Design);
-        QCOMPARE(status(window), QStringLiteral("Design Mode"));
+        QCOMPARE(status(window), u"Design Mode"_s);
         QVERIFY(movable() && window.scene()->isDesignMode());
         QVERIFY(window.findChild<WidgetPalette*>()->isEnabled());
         action(window, "Design")->trigger();
@@ -120,8 +121,7 @@ private Q_SLOTS:
         QCOMPARE(window.router()->isLive(), from != Sigvane::Play && from != Sigvane::Pause);
         QAction* stopAction = action(window, from == Sigvane::Play ? "Pause" : "Stop");
         QVERIFY(stopAction);
-        QCOMPARE(stopAction->toolTip(),
-                 from == Sigvane::Play ? QStringLiteral("Pause playback") : QStringLiteral("Stop"));
+        QCOMPARE(stopAction->toolTip(), from == Sigvane::Play ? u"Pause playback"_s : u"Stop"_s);
         (stop ? stopAction : action(window, "Design"))->trigger();
         QTEST(int(window.mode()), "to");
         QTEST(status(window), "text");
@@ -133,7 +133,7 @@ private Q_SLOTS:
         window.setMode(Sigvane::Design);
         window.setMode(Sigvane::Record);
         QCOMPARE(window.mode(), Sigvane::Design);
-        QCOMPARE(status(window), QStringLiteral("Design Mode"));
+        QCOMPARE(status(window), u"Design Mode"_s);
         QVERIFY(!window.findChild<WidgetPalette*>()->isEnabled());
     }
 
@@ -158,25 +158,24 @@ private Q_SLOTS:
 
     void sixthWidgetNeedsALicense()
     {
-        LicenseCheck license(false, QStringLiteral("Trial"));
+        LicenseCheck license(false, u"Trial"_s);
         Sigvane window;
         window.setLicenseCheck(&license);
         for (int i = 0; i < 5; ++i)
-            window.addWidget(QStringLiteral("DigitalDisplay"));
+            window.addWidget(u"DigitalDisplay"_s);
         QCOMPARE(types(window).size(), 5);
         ModalAnswer answer;
         answer.press(QMessageBox::Ok);
-        window.addWidget(QStringLiteral("DigitalDisplay"));
+        window.addWidget(u"DigitalDisplay"_s);
         QCOMPARE(types(window).size(), 5);
-        QCOMPARE(answer.titles(), QStringList(QStringLiteral("Limit reached")));
-        QCOMPARE(answer.texts(),
-                 QStringList(QStringLiteral("In the unlicensed version you can add up to 5 widgets.")));
-        license.setAnswer(true, QStringLiteral("Bought"));
-        window.addWidget(QStringLiteral("DigitalDisplay"));
+        QCOMPARE(answer.titles(), QStringList(u"Limit reached"_s));
+        QCOMPARE(answer.texts(), QStringList(u"In the unlicensed version you can add up to 5 widgets."_s));
+        license.setAnswer(true, u"Bought"_s);
+        window.addWidget(u"DigitalDisplay"_s);
         QCOMPARE(types(window).size(), 6);
         answer.press(QMessageBox::Ok);
         action(window, "License &Status…")->trigger();
-        QCOMPARE(answer.texts().last(), QStringLiteral("Bought"));
+        QCOMPARE(answer.texts().last(), u"Bought"_s);
     }
 
     void reloadsDefinitionsAndMapsAnew()
@@ -184,7 +183,7 @@ private Q_SLOTS:
         Sigvane window;
         window.setLicenseCheck(&m_license);
         action(window, "&Reload Definitions")->trigger(); // no project yet: only said
-        const QString path = m_dir.filePath(QStringLiteral("dashboard_signals.def"));
+        const QString path = m_dir.filePath(u"dashboard_signals.def"_s);
         const auto define = [&path](const char* scale) {
             QFile file(path);
             return file.open(QIODevice::WriteOnly) &&
@@ -198,28 +197,28 @@ private Q_SLOTS:
         QCOMPARE(window.mode(), Sigvane::Idle); // a project is opened through Idle
         QCOMPARE(changed.size(), 1);
         QCOMPARE(changed.first().first().toString(), path);
-        QCOMPARE(window.windowTitle(), QStringLiteral("Sigvane — ") + m_dir.path());
-        QCOMPARE(status(window), QStringLiteral("Project: ") + m_dir.path());
+        QCOMPARE(window.windowTitle(), u"Sigvane — "_s + m_dir.path());
+        QCOMPARE(status(window), u"Project: "_s + m_dir.path());
 
-        window.addWidget(QStringLiteral("DigitalDisplay"));
+        window.addWidget(u"DigitalDisplay"_s);
         DashboardWidget* display = window.scene()->dashboardItems().first()->widget();
-        display->assignSignals({QStringLiteral("T")});
+        display->assignSignals({u"T"_s});
         const auto* label = display->findChild<QLabel*>();
-        window.router()->routeLiveValues({{QStringLiteral("T"), 21.0}});
+        window.router()->routeLiveValues({{u"T"_s, 21.0}});
         display->grab();
-        QCOMPARE(label->text(), QStringLiteral("42.0"));
+        QCOMPARE(label->text(), u"42.0"_s);
         QVERIFY(define("3"));
         action(window, "&Reload Definitions")->trigger();
         display->grab();
-        QCOMPARE(label->text(), QStringLiteral("63.0"));
+        QCOMPARE(label->text(), u"63.0"_s);
     }
 
     void startsWithWhatCanBeUsed()
     {
         CommandLine wanted;
-        wanted.projectDir = m_dir.filePath(QStringLiteral("missing"));
-        wanted.layoutFile = m_dir.filePath(QStringLiteral("missing.json"));
-        wanted.portName = m_dir.filePath(QStringLiteral("missing-port"));
+        wanted.projectDir = m_dir.filePath(u"missing"_s);
+        wanted.layoutFile = m_dir.filePath(u"missing.json"_s);
+        wanted.portName = m_dir.filePath(u"missing-port"_s);
         Sigvane window;
         window.startWith(wanted);
         for (const QString& name : {wanted.projectDir, wanted.layoutFile, wanted.portName})
@@ -230,7 +229,7 @@ private Q_SLOTS:
 
     void definitionsOfAnotherName()
     {
-        const QString path = m_dir.filePath(QStringLiteral("other/rig.def"));
+        const QString path = m_dir.filePath(u"other/rig.def"_s);
         QDir().mkpath(QFileInfo(path).path());
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("DASHBOARD_SIGNAL(A, \"a\", M)\n") > 0);
@@ -241,7 +240,7 @@ private Q_SLOTS:
         window.startWith(wanted);
         QCOMPARE(window.projectDir(), QString());
         QVERIFY(gSignalParser && gSignalParser->signalList().size() == 1);
-        QCOMPARE(window.windowTitle(), QStringLiteral("Sigvane — ") + path);
+        QCOMPARE(window.windowTitle(), u"Sigvane — "_s + path);
         QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
     }
 };

@@ -15,6 +15,8 @@
 
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Delivery
@@ -33,7 +35,7 @@ public:
         : m_log(log)
     {}
     void setValue(double) override {}
-    QString typeName() const override { return QStringLiteral("Probe"); }
+    QString typeName() const override { return u"Probe"_s; }
     QList<QString> assignedSignalList() const override
     {
         return own.isEmpty() ? DashboardWidget::assignedSignalList() : own;
@@ -85,7 +87,7 @@ QList<Delivery> walk(const DesignScene& scene, const QString& name, double value
 
 std::unique_ptr<DashboardSignalParser> catalogue(const QTemporaryDir& dir, const QByteArray& text)
 {
-    QFile file(dir.filePath(QStringLiteral("x.def")));
+    QFile file(dir.filePath(u"x.def"_s));
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
         return nullptr;
     file.close();
@@ -119,8 +121,7 @@ private Q_SLOTS:
         QRandomGenerator random(seed);
         const auto name = [&random] { return QString(QChar(u'A' + ushort(random.bounded(6)))); };
         const auto names = [&] {
-            const QString entries[] = {name(), name() + QStringLiteral(": text"),
-                                       QStringLiteral(" ") + name()};
+            const QString entries[] = {name(), name() + u": text"_s, u" "_s + name()};
             QList<QString> list;
             for (const QString& entry : entries) {
                 if (random.bounded(2))
@@ -175,9 +176,8 @@ private Q_SLOTS:
         ActiveDefinitions definitions;
         ValueRouter router(&scene, &definitions);
         QList<Delivery> log;
-        Probe* probe =
-            addProbe(scene, &log, {QStringLiteral("T: °F"), QStringLiteral("T"), QStringLiteral("t")});
-        const QString name = QStringLiteral("T");
+        Probe* probe = addProbe(scene, &log, {u"T: °F"_s, u"T"_s, u"t"_s});
+        const QString name = u"T"_s;
         router.routeLiveValues({{name, 100.0}});
         QCOMPARE(log, QList<Delivery>({{probe, name, 100.0}}));
 
@@ -185,7 +185,7 @@ private Q_SLOTS:
                                          "DASHBOARD_MAPPING(M, 32, 1.8)\nDASHBOARD_SIGNAL(T, \"Temp\", M)\n"
                                          "DASHBOARD_SIGNAL(U, \"No mapping\", NONE)\n"));
         log.clear();
-        router.routeLiveValues({{name, 100.0}, {QStringLiteral("U"), 5.0}});
+        router.routeLiveValues({{name, 100.0}, {u"U"_s, 5.0}});
         QCOMPARE(log, QList<Delivery>({{probe, name, 212.0}}));
         QVERIFY(qAbs(probe->lastTime - double(QDateTime::currentMSecsSinceEpoch()) / 1000.0) < 60.0);
 
@@ -199,7 +199,7 @@ private Q_SLOTS:
         router.updateSignalValueAt(name, 0.0, 7.5);
         QCOMPARE(log.last(), (Delivery{probe, name, 32.0}));
         QCOMPARE(probe->lastTime, 7.5);
-        QCOMPARE(router.lastValues(), (QMap<QString, double>{{name, 100.0}, {QStringLiteral("U"), 5.0}}));
+        QCOMPARE(router.lastValues(), (QMap<QString, double>{{name, 100.0}, {u"U"_s, 5.0}}));
     }
 
     void liveValuesStopDuringAReplay()
@@ -208,14 +208,14 @@ private Q_SLOTS:
         ActiveDefinitions definitions;
         ValueRouter router(&scene, &definitions);
         QList<Delivery> log;
-        addProbe(scene, &log, {QStringLiteral("A")});
+        addProbe(scene, &log, {u"A"_s});
         router.setLive(false);
-        router.routeLiveValues({{QStringLiteral("A"), 1.0}});
-        router.updateSignalValue(QStringLiteral("A"), 2.0);
+        router.routeLiveValues({{u"A"_s, 1.0}});
+        router.updateSignalValue(u"A"_s, 2.0);
         router.reapplyMappingsToCurrentValues();
         QVERIFY(log.isEmpty());
         QVERIFY(router.lastValues().isEmpty());
-        router.updateSignalValueAt(QStringLiteral("A"), 3.0, 0.0);
+        router.updateSignalValueAt(u"A"_s, 3.0, 0.0);
         QCOMPARE(log.size(), 1);
     }
 
@@ -225,9 +225,9 @@ private Q_SLOTS:
         ActiveDefinitions definitions;
         ValueRouter router(&scene, &definitions);
         auto* indicator = new StateIndicatorWidget;
-        indicator->setGroupId(QStringLiteral("mode"));
+        indicator->setGroupId(u"mode"_s);
         auto* other = new StateIndicatorWidget;
-        other->setGroupId(QStringLiteral("valve"));
+        other->setGroupId(u"valve"_s);
         auto* errors = new ErrorConsoleWidget;
         auto* nested = new ErrorConsoleWidget;
         auto* messages = new MessagesConsoleWidget;
@@ -237,24 +237,24 @@ private Q_SLOTS:
             scene.addItem(new DashboardItem(widget));
         new DashboardItem(nested, scene.dashboardItems().first());
 
-        router.routeState(QStringLiteral("MODE"), QStringLiteral("RUN"));
-        QCOMPARE(indicator->stateLabel(), QStringLiteral("RUN"));
+        router.routeState(u"MODE"_s, u"RUN"_s);
+        QCOMPARE(indicator->stateLabel(), u"RUN"_s);
         QCOMPARE(other->stateLabel(), QString());
-        router.routeError(1.0, QStringLiteral("E7"));
-        router.routeMessage(-0.25, QStringLiteral("<b>hello</b>"));
-        QTRY_COMPARE(textOf(errors), QStringLiteral("[1.000s] E7 : E7"));
+        router.routeError(1.0, u"E7"_s);
+        router.routeMessage(-0.25, u"<b>hello</b>"_s);
+        QTRY_COMPARE(textOf(errors), u"[1.000s] E7 : E7"_s);
         QTRY_COMPARE(textOf(nested), textOf(errors));
-        QTRY_COMPARE(textOf(messages), QStringLiteral("[-0.250s] <b>hello</b>"));
+        QTRY_COMPARE(textOf(messages), u"[-0.250s] <b>hello</b>"_s);
 
         definitions.setProject(catalogue(
             m_dir, "DASHBOARD_STATE(MODE, RUN, \"Running\")\nDASHBOARD_ERROR(E7, 7, \"Too hot\")\n"));
-        router.routeState(QStringLiteral("MODE"), QStringLiteral("RUN"));
-        QCOMPARE(indicator->stateLabel(), QStringLiteral("Running"));
-        router.updateStateValue(QStringLiteral("MODE"), QStringLiteral("RUN"), QString());
-        QCOMPARE(indicator->stateLabel(), QStringLiteral("Running"));
+        router.routeState(u"MODE"_s, u"RUN"_s);
+        QCOMPARE(indicator->stateLabel(), u"Running"_s);
+        router.updateStateValue(u"MODE"_s, u"RUN"_s, QString());
+        QCOMPARE(indicator->stateLabel(), u"Running"_s);
         router.clearErrorConsoles();
-        router.routeError(2.0, QStringLiteral("E7"));
-        QTRY_COMPARE(textOf(errors), QStringLiteral("[2.000s] E7 : Too hot"));
+        router.routeError(2.0, u"E7"_s);
+        QTRY_COMPARE(textOf(errors), u"[2.000s] E7 : Too hot"_s);
         router.clearMessageConsoles();
         QTRY_COMPARE(textOf(messages), QString());
     }

@@ -62,15 +62,6 @@ private Q_SLOTS:
         QTRY_VERIFY(counter.paints > 0);
         QVERIFY(!needleIsAt({100, 50}));
     }
-
-    void sceneIsAsLargeAsTheViewport()
-    {
-        Canvas canvas;
-        QVERIFY(QTest::qWaitForWindowExposed(&canvas.view));
-        canvas.view.resize(640, 480);
-        QTRY_COMPARE(canvas.scene.sceneRect(), QRectF(canvas.view.viewport()->rect()));
-        QCOMPARE(canvas.view.mapToScene(0, 0), QPointF(0, 0));
-    }
 };
 
 QTEST_MAIN(TestDashboardView)

@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QPainter>
 
+using namespace Qt::StringLiterals;
+
 class TestDesignScene : public QObject
 {
     Q_OBJECT
@@ -46,12 +48,12 @@ private Q_SLOTS:
         QVERIFY(itemsChanged());
         item->setZValue(3);
         QVERIFY(itemsChanged());
-        item->widget()->assignSignals({QStringLiteral("A")});
+        item->widget()->assignSignals({u"A"_s});
         QVERIFY(assignmentsChanged());
         QVERIFY(!itemsChanged());
         scene.removeItem(item);
         QVERIFY(itemsChanged());
-        item->widget()->assignSignals({QStringLiteral("B")});
+        item->widget()->assignSignals({u"B"_s});
         QVERIFY(!assignmentsChanged());
         scene.addItem(item);
         QVERIFY(itemsChanged());
@@ -59,18 +61,6 @@ private Q_SLOTS:
         QVERIFY(itemsChanged());
         delete item;
         QVERIFY(itemsChanged());
-    }
-
-    void findsWidgetsOfAType()
-    {
-        Canvas canvas;
-        DashboardItem* console = canvas.add("ErrorConsole", QRectF(0, 0, 200, 200));
-        DashboardItem* nested = canvas.add("ErrorConsole", QRectF(0, 0, 200, 200));
-        canvas.add("DigitalDisplay", QRectF(0, 0, 200, 200));
-        nested->setParentItem(console);
-        QCOMPARE(canvas.scene.widgetsOfType<ErrorConsoleWidget>(true).size(), 1);
-        QCOMPARE(canvas.scene.widgetsOfType<ErrorConsoleWidget>(false).size(), 2);
-        QCOMPARE(canvas.scene.widgetsOfType<DashboardWidget>(true).size(), 2);
     }
 
     void bringsLostItemsBack()

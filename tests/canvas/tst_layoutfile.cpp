@@ -10,6 +10,11 @@
 #include <QMainWindow>
 #include <QTemporaryDir>
 
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+
 class TestLayoutFile : public QObject
 {
     Q_OBJECT
@@ -49,29 +54,31 @@ private Q_SLOTS:
         for (int i = 0; i < 3; ++i) {
             DashboardItem* item = canvas.add(types[i], QRectF(100 * i + 10, -30, 250, 180));
             item->setZValue(z[i]);
-            item->widget()->assignSignals({QStringLiteral("A:x"), QStringLiteral("B")});
+            item->widget()->assignSignals({u"A:x"_s, u"B"_s});
         }
-        const QString first = m_dir.filePath(QStringLiteral("a.json"));
-        const QString second = m_dir.filePath(QStringLiteral("b.json"));
-        QCOMPARE(layout.saveTo(first), QString());
+        const QString folder = m_dir.filePath(u"new/layouts"_s); // made by the save
+        ModalAnswer answer;
+        answer.accept();
+        layout.save(folder);
+        QCOMPARE(answer.titles(), QStringList(u"Save Layout"_s));
+        const QString first = folder + u"/layout.json"_s;
+        const QString second = folder + u"/again.json"_s;
         QCOMPARE(layout.loadFrom(first), QString());
         QCOMPARE(layout.saveTo(second), QString());
         const auto items = [](const QString& path) {
-            return QJsonDocument::fromJson(read(path)).object().value(QStringLiteral("items"));
+            return QJsonDocument::fromJson(read(path)).object().value(u"items"_s).toArray();
         };
         QCOMPARE(items(second), items(first));
-        QCOMPARE(items(first).toArray().size(), 3);
-
-        const QList<DashboardItem*> loaded = canvas.scene.dashboardItems();
-        QCOMPARE(loaded.size(), 3);
-        QCOMPARE(loaded[0]->widget()->typeName(), QStringLiteral("AnalogGauge"));
-        QCOMPARE(loaded[0]->zValue(), 2.0);
-        QCOMPARE(loaded[2]->widget()->typeName(), QStringLiteral("StateIndicator"));
-        QCOMPARE(loaded[2]->zValue(), 0.0);
-        QCOMPARE(loaded[2]->pos(), QPointF(210, -30));
-        QCOMPARE(loaded[2]->boundingRect().size(), QSizeF(250, 180));
-        QCOMPARE(loaded[0]->widget()->assignedSignalList(),
-                 QList<QString>({QStringLiteral("A:x"), QStringLiteral("B")}));
+        const QJsonObject expected{{u"type"_s, u"StateIndicator"_s},
+                                   {u"signals"_s, QJsonArray{u"A:x"_s, u"B"_s}},
+                                   {u"x"_s, 210},
+                                   {u"y"_s, -30},
+                                   {u"width"_s, 250},
+                                   {u"height"_s, 180},
+                                   {u"z"_s, 0},
+                                   {u"config"_s, QJsonObject{{u"groupId"_s, QString()}, {u"corner"_s, 10}}}};
+        QCOMPARE(items(first).size(), 3);
+        QCOMPARE(items(first)[2].toObject(), expected); // the lowest comes last
     }
 
     void readsRecordsOfAnyKind_data()
@@ -109,24 +116,22 @@ private Q_SLOTS:
         const std::unique_ptr<DashboardItem> item(
             fromText("{'type':'AnalogGauge','signals':['A',3,null,'B'],'config':{'min':-5.5,'max':20.9}}"));
         QVERIFY(item);
-        QCOMPARE(item->widget()->assignedSignalList(),
-                 QList<QString>({QStringLiteral("A"), QStringLiteral("B")}));
-        QCOMPARE(item->widget()->saveConfig().value(QStringLiteral("max")).toDouble(), 20.0);
+        QCOMPARE(item->widget()->assignedSignalList(), QList<QString>({u"A"_s, u"B"_s}));
+        QCOMPARE(item->widget()->saveConfig().value(u"max"_s).toDouble(), 20.0);
     }
 
     void refusesWhatIsNoLayout_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("text");
-        const QString invalid = QStringLiteral("Invalid layout format.");
+        const QString invalid = u"Invalid layout format."_s;
         QTest::newRow("empty") << QByteArray() << invalid;
-        QTest::newRow("array") << QByteArray("[]") << invalid;
         QTest::newRow("cut off") << json("{'items':[{'type':'Anal") << invalid;
         QTest::newRow("deep") << QByteArray(100'000, '[') << invalid;
         QTest::newRow("a flood of items")
             << json("{'items':[" + QByteArray("{'type':'AnalogGauge'},").repeated(100'000) + "{}]}")
             << invalid;
-        QTest::newRow("missing") << QByteArray("missing") << QStringLiteral("Could not load layout.");
+        QTest::newRow("missing") << QByteArray("missing") << u"Could not load layout."_s;
     }
     void refusesWhatIsNoLayout()
     {
@@ -134,17 +139,18 @@ private Q_SLOTS:
         QFETCH(QString, text);
         Canvas canvas;
         canvas.add("AnalogGauge", QRectF(0, 0, 200, 200));
-        const QString path = m_dir.filePath(QStringLiteral("bad.json"));
+        const QString path = m_dir.filePath(u"bad.json"_s);
         QFile::remove(path);
         if (content != "missing")
             QVERIFY(!write(path, content).isEmpty());
         ModalAnswer answer;
         answer.chooseFile(path).accept();
-        if (content == "missing") // the dialog itself would not take it
-            QCOMPARE(LayoutFile(&m_window, &canvas.scene).loadFrom(path), text);
-        else {
-            LayoutFile(&m_window, &canvas.scene).load(m_dir.path());
-            QCOMPARE(answer.titles(), QStringList({QStringLiteral("Load Layout"), QStringLiteral("Error")}));
+        LayoutFile layout(&m_window, &canvas.scene);
+        if (content == "missing") { // the dialog itself would not take it
+            QCOMPARE(layout.loadFrom(path), text);
+        } else {
+            layout.load(m_dir.path());
+            QCOMPARE(answer.titles(), QStringList({u"Load Layout"_s, u"Error"_s}));
             QCOMPARE(answer.texts().last(), text);
         }
         QCOMPARE(canvas.scene.dashboardItems().size(), 1);
@@ -155,45 +161,36 @@ private Q_SLOTS:
         Canvas canvas;
         canvas.setDesignMode(true);
         const QPointer<DashboardWidget> old = canvas.add("AnalogGauge", QRectF(0, 0, 200, 200))->widget();
-        const QString path = write(m_dir.filePath(QStringLiteral("some.json")),
+        const QString path = write(m_dir.filePath(u"some.json"_s),
                                    json("{'items':[{'type':'Gauge'},7,null,{'type':'DigitalDisplay'},{}],"
                                         "'windowGeometry':'####','windowState':17}"));
         QCOMPARE(LayoutFile(&m_window, &canvas.scene).loadFrom(path), QString());
         const QList<DashboardItem*> items = canvas.scene.dashboardItems();
         QCOMPARE(items.size(), 1);
-        QCOMPARE(items.first()->widget()->typeName(), QStringLiteral("DigitalDisplay"));
+        QCOMPARE(items.first()->widget()->typeName(), u"DigitalDisplay"_s);
         QVERIFY(items.first()->flags() & QGraphicsItem::ItemIsMovable); // in design mode at once
         QTRY_VERIFY(!old);
     }
 
-    void savesThroughTheDialog()
+    void failedSaveKeepsTheOldFile()
     {
         Canvas canvas;
         canvas.add("AnalogGauge", QRectF(0, 0, 200, 200));
-        const QString folder = m_dir.filePath(QStringLiteral("new/layouts"));
-        ModalAnswer answer;
-        answer.then([](QDialog* dialog) { dialog->accept(); });
-        LayoutFile(&m_window, &canvas.scene).save(folder);
-        QCOMPARE(answer.titles(), QStringList(QStringLiteral("Save Layout")));
-        const QJsonObject saved =
-            QJsonDocument::fromJson(read(folder + QStringLiteral("/layout.json"))).object();
-        QStringList keys = saved.keys();
-        QCOMPARE(keys, QStringList({QStringLiteral("isFullScreen"), QStringLiteral("isMaximized"),
-                                    QStringLiteral("items"), QStringLiteral("windowGeometry"),
-                                    QStringLiteral("windowState")}));
-        QCOMPARE(saved.value(QStringLiteral("items")).toArray().size(), 1);
-    }
-
-    void keepsTheOldFileWhenTheDiskIsFull()
-    {
-        if (!QFileInfo::exists(QStringLiteral("/dev/full")))
-            QSKIP("no /dev/full here");
-        Canvas canvas;
         LayoutFile layout(&m_window, &canvas.scene);
-        const QString text = QStringLiteral("Could not save layout.");
-        QCOMPARE(layout.saveTo(QStringLiteral("/dev/full")), text);
+        const QString text = u"Could not save layout."_s;
+        const QString path = write(m_dir.filePath(u"old.json"_s), "precious");
+        // What a full disk does: a write comes back short.
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit small{100, before.rlim_max};
+        std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &small);
+        const QString problem = layout.saveTo(path);
+        setrlimit(RLIMIT_FSIZE, &before);
+        QCOMPARE(problem, text);
+        QCOMPARE(read(path), QByteArray("precious"));
+        QCOMPARE(layout.saveTo(u"/dev/full"_s), text);
         QCOMPARE(layout.saveTo(m_dir.path()), text);
-        QCOMPARE(layout.saveTo(m_dir.filePath(QStringLiteral("no/such/folder/x.json"))), text);
         QCOMPARE(layout.saveTo(QString()), text);
     }
 };
