@@ -3,6 +3,8 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <algorithm>
+
 CommandLine CommandLine::fromArguments(const QCoreApplication& application)
 {
     const QCommandLineOption project({QStringLiteral("p"), QStringLiteral("project")},
@@ -24,11 +26,18 @@ CommandLine CommandLine::fromArguments(const QCoreApplication& application)
     parser.addOptions({project, definitions, layout, port, baud});
     parser.process(application);
 
+    // An option with an empty value was asked for all the same; it is reported as not usable.
+    const auto value = [&parser](const QCommandLineOption& option) {
+        return parser.isSet(option) ? std::optional(parser.value(option)) : std::nullopt;
+    };
     CommandLine wanted;
-    wanted.projectDir = parser.value(project);
-    wanted.definitionsFile = parser.value(definitions);
-    wanted.layoutFile = parser.value(layout);
-    wanted.portName = parser.value(port);
+    wanted.projectDir = value(project);
+    wanted.definitionsFile = value(definitions);
+    wanted.layoutFile = value(layout);
+    wanted.portName = value(port);
+    const QStringList strays = parser.positionalArguments();
+    for (const QString& stray : strays)
+        wanted.problems.append(QCoreApplication::translate("CommandLine", "Not an option: %1").arg(stray));
     if (parser.isSet(baud)) {
         wanted.baudRate = std::max(0, parser.value(baud).toInt());
         if (wanted.baudRate == 0)

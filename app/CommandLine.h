@@ -3,15 +3,17 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 class QCoreApplication;
 
-// What the user asked for when starting the program. Empty means: not asked for.
+// What the user asked for when starting the program.
 struct CommandLine
 {
-    QString projectDir;
-    QString definitionsFile;
-    QString layoutFile;
-    QString portName;
+    std::optional<QString> projectDir;
+    std::optional<QString> definitionsFile;
+    std::optional<QString> layoutFile;
+    std::optional<QString> portName;
     int baudRate = 0;     ///< bits per second; 0 when not given or not usable
     QStringList problems; ///< what could not be understood, a line each for the user
 

@@ -44,11 +44,10 @@ void CompactToolBar::compact()
     setStyleSheet(QStringLiteral("QToolBar { spacing: 6px; }QToolButton { padding: 2px 4px; margin: 0px; }"));
     const int height = QFontMetrics(small).height() + kHeightBesideText;
     setFixedHeight(height);
-    const QList<QToolButton*> buttons = findChildren<QToolButton*>();
-    for (QToolButton* button : buttons) {
-        button->setIconSize(iconSize());
-        button->setFixedHeight(height);
-    }
+    // In a narrow window the toolbar unfolds to a second row, which needs the height.
+    const auto* extension = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"));
+    connect(extension, &QToolButton::toggled, this,
+            [this, height](bool unfolded) { setMaximumHeight(unfolded ? QWIDGETSIZE_MAX : height); });
 }
 
 void CompactToolBar::addSpacer(int width)

@@ -13,7 +13,7 @@ public:
 protected:
     void addSpacer(int width);
     void addExpandingSpacer();
-    /// An action with one of the program's icons, a tool tip and a status tip.
+    /// An action with one of the program's icons.
     QAction* addIconAction(const QString& iconPath, const QString& text, const QString& toolTip);
 
 private:

@@ -3,10 +3,16 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QSerialPortInfo>
+#include <QStringList>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int kMeasureMs = 500;
+constexpr int kSamples = 5;     // two seconds: one window of half a second would jump for a slow device
+constexpr int kPortWidth = 200; // pixels
+constexpr int kTextWidth = 640;
 
 } // namespace
 
@@ -27,10 +33,9 @@ void ConnectionStatus::showOpened(const QString& portName, int baudRate)
     m_baudRate = baudRate;
     m_error.clear();
     m_lines = 0;
-    m_linesAtMeasure = 0;
-    m_linesPerSecond = 0.0;
+    m_samples = {{0, 0}};
     m_sinceLine.invalidate();
-    m_sinceMeasure.start();
+    m_sinceOpened.start();
     setState(State::Open);
 }
 
@@ -59,7 +64,8 @@ void ConnectionStatus::showError(const QString& portName, const QString& message
 void ConnectionStatus::setState(State state)
 {
     m_state = state;
-    if (state == State::Open)
+    // A device that is gone still has a last line, whose age counts on.
+    if (state == State::Open || state == State::Lost)
         m_timer.start();
     else
         m_timer.stop();
@@ -76,48 +82,69 @@ void ConnectionStatus::countLine()
 
 void ConnectionStatus::measure()
 {
-    const qint64 elapsedMs = m_sinceMeasure.restart();
-    if (elapsedMs > 0)
-        m_linesPerSecond = double(m_lines - m_linesAtMeasure) * 1000.0 / double(elapsedMs);
-    m_linesAtMeasure = m_lines;
+    m_samples.append({m_sinceOpened.elapsed(), m_lines});
+    if (m_samples.size() > kSamples)
+        m_samples.removeFirst();
     refresh();
+}
+
+double ConnectionStatus::linesPerSecond() const
+{
+    if (m_samples.size() < 2)
+        return 0.0;
+    const qint64 milliseconds =
+        std::max<qint64>(1, m_samples.last().milliseconds - m_samples.first().milliseconds);
+    return double(m_samples.last().lines - m_samples.first().lines) * 1000.0 / double(milliseconds);
 }
 
 void ConnectionStatus::refresh()
 {
+    setToolTip(statusText(m_port));
+    // By-id links are longer than the status bar.
+    const QString port = fontMetrics().elidedText(QFileInfo(m_port).fileName(), Qt::ElideMiddle, kPortWidth);
+    const QString shown = m_port.startsWith(QLatin1String("/dev/pts/")) ? m_port : port;
+    setText(fontMetrics().elidedText(statusText(shown), Qt::ElideRight, kTextWidth));
+}
+
+QString ConnectionStatus::statusText(const QString& port) const
+{
+    QStringList parts;
     switch (m_state) {
     case State::Closed:
-        setText(tr("Not connected"));
+        parts.append(port.isEmpty() ? tr("Not connected") : tr("%1 not connected").arg(port));
         break;
-    case State::Open:
-        setText(openText());
-        break;
-    case State::Lost:
-        setText(tr("%1: the device is gone").arg(m_port));
-        break;
-    case State::Failed:
-        setText(m_port.isEmpty() ? tr("No port chosen: %1").arg(m_error) : tr("%1: %2").arg(m_port, m_error));
+    case State::Open: {
+        parts.append(tr("%1 open at %2 baud").arg(port, QString::number(m_baudRate)));
+        const double rate = linesPerSecond();
+        parts.append(tr("%1 lines/s").arg(QLocale().toString(rate, 'f', rate < 10.0 ? 1 : 0)));
         break;
     }
-    setToolTip(text());
-}
-
-QString ConnectionStatus::openText() const
-{
-    QString text = tr("%1 open at %2 baud").arg(m_port).arg(m_baudRate);
-    text += tr(" · %1 lines/s").arg(QLocale().toString(m_linesPerSecond, 'f', 0));
-    text += m_sinceLine.isValid()
-                ? tr(" · last line %1 s ago").arg(double(m_sinceLine.elapsed()) / 1000.0, 0, 'f', 1)
-                : tr(" · no line yet");
+    case State::Lost:
+        parts.append(tr("%1: the device is gone").arg(port));
+        break;
+    case State::Failed:
+        parts.append(port.isEmpty() ? tr("No port chosen") : tr("%1 not open").arg(port));
+        break;
+    }
+    if (m_state == State::Open || m_state == State::Lost) {
+        const double ageSeconds = double(m_sinceLine.isValid() ? m_sinceLine.elapsed() : 0) / 1000.0;
+        parts.append(m_sinceLine.isValid() ? tr("last line %1 s ago").arg(ageSeconds, 0, 'f', 1)
+                                           : tr("no line yet"));
+    }
     if (!m_error.isEmpty())
-        text += tr(" · %1").arg(m_error);
-    return text;
+        parts.append(m_error);
+    return parts.join(QStringLiteral(" · "));
 }
 
-// Serial devices belong to a group on Linux ("dialout", "uucp"): name the very one.
 QString ConnectionStatus::permissionHint(const QString& portName)
 {
-    const QString group = QFileInfo(QSerialPortInfo(portName).systemLocation()).group();
+    const QString listed = QSerialPortInfo(portName).systemLocation();
+    const QFileInfo device(listed.isEmpty() ? portName : listed);
+    // A port that another program has locked reports a missing permission, too.
+    if (device.isReadable())
+        return tr(" (another program uses it?)");
+    // Serial devices belong to a group on Linux ("dialout", "uucp"): name the very one.
+    const QString group = device.group();
     if (group.isEmpty() || group == QLatin1String("root"))
         return tr(" (you may not open this device)");
     return tr(" (join the group “%1”, then log in again)").arg(group);

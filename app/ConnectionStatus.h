@@ -26,11 +26,18 @@ public:
 
 private:
     enum class State { Closed, Open, Lost, Failed };
+    struct Sample
+    {
+        qint64 milliseconds; ///< since the port was opened
+        qint64 lines;
+    };
 
     void setState(State state);
     void measure();
+    double linesPerSecond() const;
     void refresh();
-    QString openText() const;
+    /// All that is known, with the port called by that name.
+    QString statusText(const QString& port) const;
     static QString permissionHint(const QString& portName);
 
     State m_state = State::Closed;
@@ -38,9 +45,8 @@ private:
     int m_baudRate = 0;
     QString m_error;
     qint64 m_lines = 0;
-    qint64 m_linesAtMeasure = 0;
-    double m_linesPerSecond = 0.0;
-    QElapsedTimer m_sinceMeasure;
+    QElapsedTimer m_sinceOpened;
+    QList<Sample> m_samples; ///< the last two seconds
     QElapsedTimer m_sinceLine;
     QTimer m_timer;
 };

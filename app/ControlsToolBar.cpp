@@ -17,12 +17,11 @@ ControlsToolBar::ControlsToolBar(QWidget* parent)
                            tr("Replace the dashboard by a layout file (Ctrl+Shift+O)"));
     m_load->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_O);
     addSeparator();
+    setupLicenseChip();
 }
 
-void ControlsToolBar::addLicenseChip()
+void ControlsToolBar::setupLicenseChip()
 {
-    addSeparator();
-    addExpandingSpacer();
     m_licenseChip = new QLabel(tr("Unknown license status"), this);
     m_licenseChip->setObjectName(QStringLiteral("licenseChip"));
     m_licenseChip->setTextFormat(Qt::PlainText);
@@ -30,6 +29,12 @@ void ControlsToolBar::addLicenseChip()
     m_licenseChip->setStyleSheet(QStringLiteral("QLabel { background: #dde5ec; color: #2f3a45; "
                                                 "border-radius: 8px; padding: 3px 10px; }"));
     m_licenseChip->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void ControlsToolBar::addLicenseChip()
+{
+    addSeparator();
+    addExpandingSpacer();
     addWidget(m_licenseChip);
     addSpacer(10);
 }

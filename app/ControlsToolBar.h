@@ -22,6 +22,8 @@ public:
     void setLicenseText(const QString& text);
 
 private:
+    void setupLicenseChip();
+
     QAction* m_design;
     QAction* m_save;
     QAction* m_load;

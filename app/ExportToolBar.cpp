@@ -30,6 +30,7 @@ void ExportToolBar::setupPlayback()
                              tr("Record what the device prints"));
     m_record->setEnabled(false);
     m_stop = addIconAction(QStringLiteral(":/icons/stop.png"), tr("Stop"), tr("Stop"));
+    m_stop->setShortcut(Qt::CTRL | Qt::Key_Period);
     m_play = addIconAction(QStringLiteral(":/icons/play.png"), tr("Play"), tr("Replay the chosen recording"));
     m_play->setEnabled(false);
     auto* label = new QLabel(tr("Speed:"), this);

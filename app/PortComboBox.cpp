@@ -7,6 +7,7 @@ PortComboBox::PortComboBox(QWidget* parent)
 {
     setEditable(true);
     setInsertPolicy(QComboBox::NoInsert);
+    setCompleter(nullptr); // would turn a typed ttyUSB1 into the listed ttyUSB10
     setMinimumWidth(140);
     setAccessibleName(tr("Serial port"));
     setToolTip(tr("Serial port: choose one, or type a name or a path such as /dev/serial/by-id/…"));

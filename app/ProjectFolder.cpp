@@ -10,6 +10,8 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <memory>
+
 namespace {
 
 const QString kDefinitionsName = QStringLiteral("dashboard_signals.def");
@@ -51,7 +53,8 @@ bool ProjectFolder::open(const QString& dir)
     m_path = QDir(dir).absolutePath();
     QSettings(kLastOpenedOrganization, kApplication).setValue(kProjectDirKey, m_path);
     ensureSubdirs();
-    if (!loadDefinitions(file(kDefinitionsName)))
+    m_definitionsFile = file(kDefinitionsName); // also when it does not load: a reload tries it again
+    if (!loadDefinitions(m_definitionsFile))
         return false;
     Q_EMIT opened(m_path);
     return true;

@@ -22,7 +22,7 @@ public:
     QString path() const { return m_path; }
     /// The path of a file inside the project.
     QString file(const QString& name) const;
-    /// The definitions file that was loaded last, absolute; empty when none was.
+    /// The project's definitions file or the one that was loaded since, absolute; empty when there is none.
     QString definitionsFile() const { return m_definitionsFile; }
     /// Makes recordings, layouts and exports inside the project; without a project it makes nothing.
     void ensureSubdirs() const;

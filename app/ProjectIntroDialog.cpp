@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 constexpr int kMinimumWidth = 720;
@@ -45,7 +47,8 @@ void ProjectIntroDialog::setupTexts(QVBoxLayout* layout)
                              this);
     intro->setTextFormat(Qt::RichText);
     intro->setWordWrap(true);
-    intro->setMaximumWidth(kIntroWidth);
+    // Not only at most: a wrapped rich text would otherwise get its narrowest width and lose its last lines.
+    intro->setFixedWidth(kIntroWidth);
     intro->setAlignment(Qt::AlignCenter);
     layout->addWidget(intro, 0, Qt::AlignHCenter);
 }
@@ -59,7 +62,7 @@ void ProjectIntroDialog::setupGrid(QVBoxLayout* layout)
         {tr("Layouts:"), tr("Saved under <code>layouts/</code> inside your project.")},
     };
     auto* box = new QWidget(this);
-    box->setMaximumWidth(kGridWidth);
+    box->setFixedWidth(kGridWidth);
     auto* grid = new QGridLayout(box);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(kMargin / 2);

@@ -6,11 +6,16 @@
 #include <QDebug>
 #include <QIcon>
 #include <QLabel>
-#include <QLineEdit>
 #include <QShortcut>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
+
+namespace {
+
+constexpr int kMessageMs = 4000;
+
+} // namespace
 
 SerialControls::SerialControls(SerialManager* serial, QToolBar* toolBar, QObject* parent)
     : QObject(parent)
@@ -42,6 +47,7 @@ void SerialControls::setupBaud(QToolBar* toolBar)
     m_baud->setObjectName(QStringLiteral("baudBox"));
     m_baud->setEditable(true);
     m_baud->setInsertPolicy(QComboBox::NoInsert);
+    m_baud->setCompleter(nullptr); // would turn a typed 1920 into 19200
     m_baud->setToolTip(tr("Baud rate: choose one or type another"));
     m_baud->setAccessibleName(tr("Baud rate"));
     for (const int rate : {115200, 57600, 38400, 19200, 9600})
@@ -69,13 +75,17 @@ void SerialControls::setupConnect(QToolBar* toolBar)
     connect(shortcut, &QShortcut::activated, this, &SerialControls::connectClicked);
 }
 
-bool SerialControls::openPort(const QString& portName, int baudRate)
+void SerialControls::setBaudRate(int baudRate)
+{
+    m_baud->setEditText(QString::number(baudRate));
+    commitBaudRate();
+}
+
+bool SerialControls::openPort(const QString& portName)
 {
     if (m_serial->isOpen())
         close();
     m_port->setEditText(portName);
-    if (baudRate > 0)
-        m_baud->setEditText(QString::number(baudRate));
     return open();
 }
 
@@ -139,6 +149,8 @@ int SerialControls::commitBaudRate()
         if (m_baud->findData(rate) < 0)
             m_baud->addItem(QString::number(rate), rate);
         m_baud->setCurrentIndex(m_baud->findData(rate));
+    } else {
+        Q_EMIT statusMessage(tr("Not a baud rate: %1").arg(m_baud->currentText()), kMessageMs);
     }
     m_baud->setEditText(m_baud->itemText(m_baud->currentIndex()));
     return m_baud->currentData().toInt();

@@ -19,15 +19,17 @@ public:
     /// Adds its controls to the toolbar, which owns them. The manager is not owned.
     SerialControls(SerialManager* serial, QToolBar* toolBar, QObject* parent = nullptr);
 
-    /// Opens that port at start-up as if the user had typed it; a rate of 0 or less leaves the chosen rate.
-    /// False when it could not be opened.
-    bool openPort(const QString& portName, int baudRate);
+    /// Chooses a rate as if the user had typed it; what is no positive rate is said and changes nothing.
+    void setBaudRate(int baudRate);
+    /// Opens that port as if the user had typed it. False when it could not be opened.
+    bool openPort(const QString& portName);
 
 Q_SIGNALS:
     void opened(const QString& portName, int baudRate);
     void closed();
     /// The device went away; the port is closed already.
     void lost(const QString& portName);
+    void statusMessage(const QString& text, int milliseconds);
 
 private:
     void setupPort(QToolBar* toolBar);

@@ -21,6 +21,7 @@
 #include "widgets/StateIndicatorWidget.h"
 
 #include <QDebug>
+#include <QEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QMenuBar>
@@ -69,7 +70,6 @@ void Sigvane::setupCanvas()
     m_scene = new DesignScene(this);
     m_router = new ValueRouter(m_scene, &m_definitions, this);
     m_palette = new WidgetPalette(this);
-    m_view = new DashboardView(m_scene, this);
     connect(m_palette, &WidgetPalette::widgetRequested, this, &Sigvane::addWidget);
 
     auto* central = new QWidget(this);
@@ -78,7 +78,7 @@ void Sigvane::setupCanvas()
     layout->setSpacing(0);
     layout->addWidget(m_palette);
     auto* right = new QVBoxLayout;
-    right->addWidget(m_view);
+    right->addWidget(new DashboardView(m_scene, this));
     layout->addLayout(right, 1);
     setCentralWidget(central);
 }
@@ -87,6 +87,7 @@ void Sigvane::setupStatusBar()
 {
     m_connection = new ConnectionStatus(this);
     statusBar()->addPermanentWidget(m_connection);
+    connect(statusBar(), &QStatusBar::messageChanged, this, &Sigvane::onStatusMessageChanged);
 }
 
 void Sigvane::setupToolBars()
@@ -117,9 +118,10 @@ void Sigvane::setupSerialUi()
     connect(m_serialControls, &SerialControls::opened, m_connection, &ConnectionStatus::showOpened);
     connect(m_serialControls, &SerialControls::closed, m_connection, &ConnectionStatus::showClosed);
     connect(m_serialControls, &SerialControls::lost, m_connection, &ConnectionStatus::showLost);
-    connect(m_serialControls, &SerialControls::lost, this, [this](const QString& portName) {
-        statusBar()->showMessage(tr("%1: the device is gone. Press Connect when it is back.").arg(portName));
-    });
+    connect(m_serialControls, &SerialControls::opened, this, [this] { updateStatusLabel(m_mode); });
+    connect(m_serialControls, &SerialControls::statusMessage, statusBar(), &QStatusBar::showMessage);
+    connect(m_serialControls, &SerialControls::lost, this,
+            [this] { statusBar()->showMessage(tr("The device is gone. Press Connect when it is back.")); });
 }
 
 void Sigvane::connectSerialSignals()
@@ -248,6 +250,18 @@ void Sigvane::updateStatusLabel(Mode mode)
     }
 }
 
+// What is shown for a time gives way to the mode again. A text longer than the bar can be read in the tool
+// tip.
+void Sigvane::onStatusMessageChanged(const QString& text)
+{
+    statusBar()->setToolTip(text);
+    if (text.isEmpty())
+        updateStatusLabel(m_mode);
+}
+
+// Menus send an empty status tip when they open and close, which would wipe the status bar.
+bool Sigvane::event(QEvent* event) { return event->type() == QEvent::StatusTip || QMainWindow::event(event); }
+
 void Sigvane::updateStopActionUi() { m_export->showPause(m_mode == Play); }
 
 void Sigvane::designButton() { setMode(m_mode == Design ? Idle : Design); }
@@ -272,9 +286,15 @@ void Sigvane::loadButton()
     qDebug("Layout loaded");
 }
 
-void Sigvane::saveLayout() { LayoutFile(this, m_scene).save(projectDir() + QStringLiteral("/layouts")); }
+void Sigvane::saveLayout() { LayoutFile(this, m_scene).save(layoutsDir()); }
 
-void Sigvane::loadLayout() { LayoutFile(this, m_scene).load(projectDir() + QStringLiteral("/layouts")); }
+void Sigvane::loadLayout() { LayoutFile(this, m_scene).load(layoutsDir()); }
+
+QString Sigvane::layoutsDir() const
+{
+    // Without a project this would be a folder at the root of the disk.
+    return projectDir().isEmpty() ? QString() : projFile(QStringLiteral("layouts"));
+}
 
 void Sigvane::normalizeZOrder(QGraphicsScene* scene) { ::normalizeZOrder(scene); }
 
@@ -345,8 +365,10 @@ void Sigvane::reloadDefinitions()
         statusBar()->showMessage(tr("No definitions to reload: open a project first."), kProjectMessageMs);
         return;
     }
+    const QString title = windowTitle();
     if (!loadSignalsDef(path))
         return;
+    setWindowTitle(title); // the project's, if it stood there
     reapplyMappingsToCurrentValues();
     statusBar()->showMessage(tr("Definitions reloaded: %1").arg(path), kProjectMessageMs);
 }
@@ -367,11 +389,11 @@ void Sigvane::onProjectChanged()
 void Sigvane::startWith(const CommandLine& wanted)
 {
     QStringList problems = wanted.problems;
-    if (!wanted.projectDir.isEmpty()) {
-        if (!setProjectDir(wanted.projectDir))
-            problems.append(tr("Not a usable project: %1").arg(wanted.projectDir));
-    } else if (!wanted.definitionsFile.isEmpty()) {
-        const QString& path = wanted.definitionsFile;
+    if (wanted.projectDir) {
+        if (!setProjectDir(*wanted.projectDir))
+            problems.append(tr("Not a usable project: %1").arg(*wanted.projectDir));
+    } else if (wanted.definitionsFile) {
+        const QString& path = *wanted.definitionsFile;
         const bool opened = setProjectDir(QFileInfo(path).absolutePath());
         if (!loadSignalsDef(path))
             problems.append(tr("Not a usable definitions file: %1").arg(path));
@@ -381,13 +403,15 @@ void Sigvane::startWith(const CommandLine& wanted)
     } else {
         loadLastProjectOrPrompt();
     }
-    if (!wanted.layoutFile.isEmpty()) {
-        const QString problem = LayoutFile(this, m_scene).loadFrom(wanted.layoutFile);
+    if (wanted.layoutFile) {
+        const QString problem = LayoutFile(this, m_scene).loadFrom(*wanted.layoutFile);
         if (!problem.isEmpty())
-            problems.append(tr("%1 %2").arg(problem, wanted.layoutFile));
+            problems.append(tr("%1 %2").arg(problem, *wanted.layoutFile));
     }
-    if (!wanted.portName.isEmpty() && !m_serialControls->openPort(wanted.portName, wanted.baudRate))
-        problems.append(tr("Could not open the port %1.").arg(wanted.portName));
+    if (wanted.baudRate > 0)
+        m_serialControls->setBaudRate(wanted.baudRate);
+    if (wanted.portName && !m_serialControls->openPort(*wanted.portName))
+        problems.append(tr("Could not open the port %1").arg(*wanted.portName));
     reportProblems(problems);
 }
 
@@ -407,17 +431,18 @@ void Sigvane::setLicenseCheck(LicenseCheck* check)
     if (m_license)
         disconnect(m_license, nullptr, this, nullptr);
     m_license = check;
-    if (!check)
-        return;
-    connect(check, &LicenseCheck::changed, this, &Sigvane::refreshLicenseChip);
-    connect(check, &QObject::destroyed, this, [this] { m_license = nullptr; });
+    if (check) {
+        connect(check, &LicenseCheck::changed, this, &Sigvane::refreshLicenseChip);
+        connect(check, &QObject::destroyed, this, &Sigvane::refreshLicenseChip);
+    }
     refreshLicenseChip();
 }
 
-void Sigvane::refreshLicenseChip() { m_controls->setLicenseText(m_license->statusText()); }
-
-void Sigvane::showLicense()
+QString Sigvane::licenseText() const
 {
-    QMessageBox::information(this, tr("License"),
-                             m_license ? m_license->statusText() : tr("Unknown license status"));
+    return m_license ? m_license->statusText() : tr("Unknown license status");
 }
+
+void Sigvane::refreshLicenseChip() { m_controls->setLicenseText(licenseText()); }
+
+void Sigvane::showLicense() { QMessageBox::information(this, tr("License"), licenseText()); }

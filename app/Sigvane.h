@@ -3,10 +3,10 @@
 #include "definitions/ActiveDefinitions.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 class ConnectionStatus;
 class ControlsToolBar;
-class DashboardView;
 class DesignScene;
 class ExportToolBar;
 class LicenseCheck;
@@ -81,6 +81,9 @@ Q_SIGNALS:
     /// The absolute path of the definitions file that was loaded.
     void signalsDefChanged(const QString& path);
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     void setupToolBars();
     void setupSerialUi();
@@ -97,10 +100,13 @@ private:
     void enterIdleMode();
     void setCanvasDesignMode(bool on);
     void updateStatusLabel(Mode mode);
+    void onStatusMessageChanged(const QString& text);
     void updateStopActionUi();
 
     void onProjectChanged();
+    QString layoutsDir() const;
     void showLicense();
+    QString licenseText() const;
     void refreshLicenseChip();
     void reportProblems(const QStringList& problems);
 
@@ -112,9 +118,8 @@ private:
     ExportToolBar* m_export = nullptr;
     WidgetPalette* m_palette = nullptr;
     DesignScene* m_scene = nullptr;
-    DashboardView* m_view = nullptr;
     ValueRouter* m_router = nullptr;
     ProjectFolder* m_project = nullptr;
     ConnectionStatus* m_connection = nullptr;
-    LicenseCheck* m_license = nullptr;
+    QPointer<LicenseCheck> m_license;
 };

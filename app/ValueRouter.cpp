@@ -21,7 +21,8 @@ ValueRouter::ValueRouter(DesignScene* scene, const ActiveDefinitions* definition
     , m_scene(scene)
     , m_definitions(definitions)
 {
-    connect(definitions, &ActiveDefinitions::changed, this, &ValueRouter::onDefinitionsChanged);
+    connect(definitions, &ActiveDefinitions::changed, this,
+            [this] { m_itemsRevision = 0; }); // other mappings
 }
 
 void ValueRouter::routeLiveValues(const QMap<QString, double>& values)
@@ -30,10 +31,11 @@ void ValueRouter::routeLiveValues(const QMap<QString, double>& values)
         return;
     const double now = wallClockSeconds();
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
-        Route& route = routeFor(it.key());
-        route.lastRaw = it.value();
-        route.cached = true;
-        deliver(route, it.key(), it.value(), now);
+        ensureIndex(); // a widget may have changed the canvas
+        Signal& signal = m_signals[it.key()];
+        signal.lastRaw = it.value();
+        signal.cached = true;
+        deliver(signal, it.key(), it.value(), now);
     }
 }
 
@@ -45,7 +47,10 @@ void ValueRouter::updateSignalValue(const QString& name, double raw)
 
 void ValueRouter::updateSignalValueAt(const QString& name, double raw, double tSec)
 {
-    deliver(routeFor(name), name, raw, tSec);
+    ensureIndex();
+    const auto signal = m_signals.constFind(name);
+    if (signal != m_signals.cend())
+        deliver(*signal, name, raw, tSec);
 }
 
 void ValueRouter::reapplyMappingsToCurrentValues()
@@ -58,7 +63,7 @@ void ValueRouter::reapplyMappingsToCurrentValues()
 QMap<QString, double> ValueRouter::lastValues() const
 {
     QMap<QString, double> values;
-    for (auto it = m_routes.cbegin(); it != m_routes.cend(); ++it) {
+    for (auto it = m_signals.cbegin(); it != m_signals.cend(); ++it) {
         if (it->cached)
             values.insert(it.key(), it->lastRaw);
     }
@@ -67,12 +72,7 @@ QMap<QString, double> ValueRouter::lastValues() const
 
 void ValueRouter::routeState(const QString& group, const QString& stateId)
 {
-    QString label = stateId;
-    if (const DashboardSignalParser* definitions = m_definitions->active()) {
-        if (const auto state = definitions->findState(group, stateId))
-            label = state->label;
-    }
-    updateStateValue(group, stateId, label);
+    updateStateValue(group, stateId, QString());
 }
 
 void ValueRouter::updateStateValue(const QString& group, const QString& stateId, const QString& label)
@@ -127,21 +127,13 @@ void ValueRouter::clearMessageConsoles()
         console->clearMessages();
 }
 
-ValueRouter::Route& ValueRouter::routeFor(const QString& name)
+void ValueRouter::deliver(const Signal& signal, const QString& name, double raw, double tSec) const
 {
-    ensureIndex();
-    const auto known = m_routes.find(name);
-    if (known != m_routes.end())
-        return *known;
-    Route& route = m_routes[name];
-    lookUpMapping(name, route);
-    return route;
-}
-
-void ValueRouter::deliver(const Route& route, const QString& name, double raw, double tSec)
-{
+    if (signal.route < 0)
+        return;
+    const Route& route = m_routes[signal.route];
     const double value = route.mapped ? route.offset + raw * route.scale : raw;
-    // A copy (one counter): a widget that changes the canvas makes the next value rebuild the index.
+    // A copy (one counter): a widget may ask for another value, and that rebuild the index, from in here.
     const QList<DashboardWidget*> widgets = route.widgets;
     for (DashboardWidget* widget : widgets)
         widget->setValueForSignalAt(name, value, tSec);
@@ -158,16 +150,14 @@ void ValueRouter::rebuildIndex()
 {
     m_itemsRevision = m_scene->itemsRevision();
     m_assignmentsRevision = m_scene->assignmentsRevision();
-    for (Route& route : m_routes)
-        route.widgets.clear();
+    m_routes.clear();
+    for (Signal& signal : m_signals)
+        signal.route = -1;
     const QList<DashboardWidget*> widgets = m_scene->widgetsOfType<DashboardWidget>(true);
     for (DashboardWidget* widget : widgets) {
         const QList<QString> entries = widget->assignedSignalList();
         for (const QString& entry : entries) {
-            const QString name = canonical(entry);
-            if (!m_routes.contains(name))
-                lookUpMapping(name, m_routes[name]);
-            QList<DashboardWidget*>& receivers = m_routes[name].widgets;
+            QList<DashboardWidget*>& receivers = routeTo(canonical(entry)).widgets;
             if (receivers.isEmpty() || receivers.last() != widget)
                 receivers.append(widget);
         }
@@ -177,21 +167,20 @@ void ValueRouter::rebuildIndex()
     m_messageConsoles = m_scene->widgetsOfType<MessagesConsoleWidget>(false);
 }
 
-void ValueRouter::lookUpMapping(const QString& name, Route& route) const
+ValueRouter::Route& ValueRouter::routeTo(const QString& name)
 {
-    route.mapped = false;
+    Signal& signal = m_signals[name];
+    if (signal.route < 0) {
+        signal.route = int(m_routes.size());
+        m_routes.append(newRoute(name));
+    }
+    return m_routes[signal.route];
+}
+
+ValueRouter::Route ValueRouter::newRoute(const QString& name) const
+{
     const DashboardSignalParser* definitions = m_definitions->active();
     const auto known = definitions ? definitions->findSignalByEnum(name) : std::nullopt;
     const auto mapping = known ? definitions->findMappingByName(known->mappingName) : std::nullopt;
-    if (!mapping)
-        return;
-    route.mapped = true;
-    route.offset = mapping->offset;
-    route.scale = mapping->scale;
-}
-
-void ValueRouter::onDefinitionsChanged()
-{
-    for (auto it = m_routes.begin(); it != m_routes.end(); ++it)
-        lookUpMapping(it.key(), *it);
+    return mapping ? Route{{}, true, mapping->offset, mapping->scale} : Route{};
 }

@@ -51,30 +51,37 @@ public:
     void clearMessageConsoles();
 
 private:
-    /// All that is known about one signal name.
+    /// What is kept of every name that was heard or assigned: little, as a device may print any number of
+    /// names.
+    struct Signal
+    {
+        double lastRaw = 0.0;
+        bool cached = false; ///< lastRaw was heard
+        int route = -1;      ///< index into m_routes; −1 when no widget shows the signal
+    };
+    /// How one shown signal reaches its widgets.
     struct Route
     {
         QList<DashboardWidget*> widgets; ///< topmost first, each once
+        bool mapped = false;
         double offset = 0.0;
         double scale = 1.0;
-        bool mapped = false;
-        bool cached = false;
-        double lastRaw = 0.0;
     };
 
-    Route& routeFor(const QString& name);
-    void deliver(const Route& route, const QString& name, double raw, double tSec);
+    void deliver(const Signal& signal, const QString& name, double raw, double tSec) const;
     void ensureIndex();
     void rebuildIndex();
-    void lookUpMapping(const QString& name, Route& route) const;
-    void onDefinitionsChanged();
+    Route& routeTo(const QString& name);
+    Route newRoute(const QString& name) const;
 
     DesignScene* m_scene;
     const ActiveDefinitions* m_definitions;
     bool m_live = true;
-    quint64 m_itemsRevision = 0; ///< the scene's counters at the last rebuild; a scene never counts 0
+    quint64 m_itemsRevision =
+        0; ///< the scene's counters at the last rebuild; 0, which no scene has, asks for one
     quint64 m_assignmentsRevision = 0;
-    QHash<QString, Route> m_routes;
+    QHash<QString, Signal> m_signals;
+    QList<Route> m_routes;
     QList<StateIndicatorWidget*> m_stateIndicators;
     QList<ErrorConsoleWidget*> m_errorConsoles;
     QList<MessagesConsoleWidget*> m_messageConsoles;

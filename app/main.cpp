@@ -12,6 +12,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setOrganizationDomain(QStringLiteral("tavimar.example"));
     QCoreApplication::setApplicationName(QStringLiteral("Sigvane"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SIGVANE_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("sigvane"));
 
     const QApplication application(argc, argv);
     const CommandLine wanted = CommandLine::fromArguments(application);

@@ -23,9 +23,10 @@
 
 namespace {
 
-constexpr int kGrid = 10;
+constexpr int kGrid = DesignScene::kGridSpacing;
 constexpr int kMaxSide = 16'000;
 constexpr double kMaxPosition = 1'000'000.0;
+constexpr double kMaxZ = 1e12; // whole and half steps are exact below
 constexpr double kHandleSide = 12.0;
 
 /// Cut to whole units and rounded up to the grid, within what the canvas allows.
@@ -38,9 +39,9 @@ int gridSide(double requested, double minimum)
 
 double snapped(double coordinate) { return std::round(coordinate / kGrid) * kGrid; }
 
-double bounded(const QJsonValue& number)
+double bounded(const QJsonValue& number, double limit)
 {
-    return std::clamp(number.toDouble(), -kMaxPosition, kMaxPosition);
+    return std::clamp(number.toDouble(), -limit, limit);
 }
 
 } // namespace
@@ -127,25 +128,25 @@ void DashboardItem::setDesignMode(bool on)
     m_designMode = on;
     setFlag(ItemIsMovable, on);
     setAcceptHoverEvents(on);
+    setSelected(false); // a selected item would follow another one that is dragged
     if (!on) {
-        endPointerAction();
+        abortPointerAction();
         unsetCursor();
-        setSelected(false);
     }
     m_handle->setVisible(on);
     raiseHandleAboveScene();
-    if (m_widget) {
-        if (on)
-            m_widget->setCursor(Qt::OpenHandCursor);
-        else
-            m_widget->unsetCursor();
-    }
-    // What the mouse last touched inside the widget would otherwise decide the cursor over all of it.
-    if (on)
-        m_proxy->setCursor(Qt::OpenHandCursor);
-    else
-        m_proxy->unsetCursor();
     update();
+    if (!m_widget || !m_proxy)
+        return;
+    if (on) {
+        m_widget->setCursor(Qt::OpenHandCursor);
+        // What the mouse last touched inside the widget would otherwise decide the cursor over all of it.
+        m_proxy->setCursor(Qt::OpenHandCursor);
+        m_proxy->clearFocus();
+    } else {
+        m_widget->unsetCursor();
+        m_proxy->unsetCursor();
+    }
 }
 
 void DashboardItem::requestDelete()
@@ -160,7 +161,7 @@ void DashboardItem::requestDelete()
         m_widget->setAcceptDrops(false);
         m_widget->clearFocus();
     }
-    endPointerAction();
+    abortPointerAction();
     if (scene())
         scene()->removeItem(this);
     if (!m_inMenu)
@@ -169,8 +170,7 @@ void DashboardItem::requestDelete()
 
 void DashboardItem::destroyLater()
 {
-    // The proxy dies with the item, and the timer with it, should the item go otherwise before.
-    QTimer::singleShot(0, m_proxy, [this] { delete this; });
+    QTimer::singleShot(0, &m_lifetime, [this] { delete this; });
 }
 
 QJsonObject DashboardItem::toJson() const
@@ -198,15 +198,15 @@ DashboardItem* DashboardItem::fromJson(const QJsonObject& record)
     auto* item = new DashboardItem(widget);
     QStringList names;
     const QJsonArray assigned = field("signals").toArray();
-    for (const QJsonValue& name : assigned) {
+    for (const auto& name : assigned) {
         if (name.isString())
             names.append(name.toString());
     }
     widget->assignSignals(names);
     widget->loadConfig(field("config").toObject());
-    item->setPos(bounded(field("x")), bounded(field("y")));
+    item->setPos(bounded(field("x"), kMaxPosition), bounded(field("y"), kMaxPosition));
     item->resize({field("width").toDouble(), field("height").toDouble()});
-    item->setZValue(bounded(field("z")));
+    item->setZValue(bounded(field("z"), kMaxZ));
     return item;
 }
 
@@ -288,6 +288,7 @@ bool DashboardItem::sceneEventFilter(QGraphicsItem* watched, QEvent* event)
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
     case QEvent::InputMethod:
+    case QEvent::FocusIn:
         return true;
     default:
         return false;
@@ -350,6 +351,22 @@ void DashboardItem::endPointerAction()
     m_overridesCursor = false;
 }
 
+// Ends it before the button is released; the rest of the gesture must not move the item any more.
+void DashboardItem::abortPointerAction()
+{
+    endPointerAction();
+    if (scene() && scene()->mouseGrabberItem() == this)
+        ungrabMouse();
+}
+
+// A box or menu that opens during a drag swallows the release; the scene takes the mouse back all the same.
+bool DashboardItem::sceneEvent(QEvent* event)
+{
+    if (event->type() == QEvent::UngrabMouse)
+        endPointerAction();
+    return QGraphicsItem::sceneEvent(event);
+}
+
 void DashboardItem::setPointerCursor(Qt::CursorShape shape)
 {
     QApplication::setOverrideCursor(shape);
@@ -363,6 +380,7 @@ void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
         return;
     }
     event->accept();
+    abortPointerAction();
     if (m_inMenu)
         return;
     // Menu and dialogs run their own event loops; whoever deletes the item from there must wait for the end.

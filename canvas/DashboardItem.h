@@ -27,6 +27,8 @@ public:
     QSizeF effectiveMinCanvasSize() const;
     /// The square in the bottom right corner that resizes, in item coordinates.
     QRectF resizeHandleRect() const;
+    /// Keeps the handle's z value above all others of the scene. It orders the handle among the item's own
+    /// children only: where another item covers it, that item gets the mouse.
     void raiseHandleAboveScene();
     void setDesignMode(bool on);
     /// Takes the item off the canvas at once; it, its proxy and its widget are destroyed from the event loop,
@@ -43,6 +45,7 @@ public:
 
 protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
+    bool sceneEvent(QEvent* event) override;
     bool sceneEventFilter(QGraphicsItem* watched, QEvent* event) override;
     void hoverMoveEvent(QGraphicsSceneHoverEvent* event) override;
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
@@ -58,10 +61,11 @@ private:
     void configureWidget();
     void confirmDelete();
     void endPointerAction();
+    void abortPointerAction();
     void setPointerCursor(Qt::CursorShape shape);
     void destroyLater();
 
-    QGraphicsProxyWidget* m_proxy = nullptr;
+    QPointer<QGraphicsProxyWidget> m_proxy; ///< null, as the widget, once the widget is gone
     QGraphicsRectItem* m_handle = nullptr;
     bool m_designMode = false;
     bool m_dragging = false;
@@ -72,6 +76,7 @@ private:
     QPointF m_pressPos;
     QSizeF m_size{-1, -1};
     QPointer<DashboardWidget> m_widget;
+    QObject m_lifetime; ///< what is to happen later does not when the item is gone by then
     QMetaObject::Connection m_assignmentConnection;
     QMetaObject::Connection m_destroyedConnection;
 };

@@ -43,6 +43,8 @@ void DashboardView::collect(const QList<QRectF>& changedRects)
     const QRectF visibleScene = mapToScene(visible).boundingRect();
     const QMargins margin(kAntialiasingMargin, kAntialiasingMargin, kAntialiasingMargin, kAntialiasingMargin);
     for (const QRectF& rect : changedRects) {
+        if (!rect.intersects(visibleScene))
+            continue;
         const QRect pixels = mapFromScene(rect & visibleScene).boundingRect().marginsAdded(margin);
         m_changed += pixels & visible;
     }

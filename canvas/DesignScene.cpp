@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr int kGridSpacing = 10;
 constexpr int kMaxCoordinate = 2'000'000;
 constexpr qreal kReachableMargin = 20.0;
 
@@ -68,12 +67,8 @@ qreal DesignScene::highestZ() const
 {
     if (m_highestZRevision == m_itemsRevision)
         return m_highestZ;
-    m_highestZ = 0.0;
-    const QList<QGraphicsItem*> all = items();
-    for (const QGraphicsItem* item : all) {
-        if (!item->parentItem())
-            m_highestZ = std::max(m_highestZ, item->zValue());
-    }
+    const QList<DashboardItem*> topmostFirst = dashboardItems();
+    m_highestZ = topmostFirst.isEmpty() ? 0.0 : std::max(0.0, topmostFirst.first()->zValue());
     m_highestZRevision = m_itemsRevision;
     return m_highestZ;
 }
@@ -112,6 +107,7 @@ void DesignScene::drawBackground(QPainter* painter, const QRectF& rect)
         lines.append(QLine(x, top, x, bottom));
     for (int y = top / kGridSpacing * kGridSpacing; y < bottom; y += kGridSpacing)
         lines.append(QLine(left, y, right, y));
+    painter->setRenderHint(QPainter::Antialiasing, false); // would smear each line over two pixels
     painter->drawLines(lines);
 }
 

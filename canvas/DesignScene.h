@@ -14,6 +14,9 @@ class DesignScene : public QGraphicsScene
     Q_OBJECT
 
 public:
+    /// What positions and sizes snap to, in scene units.
+    static constexpr int kGridSpacing = 10;
+
     explicit DesignScene(QObject* parent = nullptr);
     ~DesignScene() override;
 
@@ -23,7 +26,7 @@ public:
 
     /// The top-level dashboard items, topmost first.
     QList<DashboardItem*> dashboardItems() const;
-    /// The highest z value among the top-level items, at least 0.
+    /// The highest z value among the top-level dashboard items, at least 0.
     qreal highestZ() const;
 
     /// Counts up whenever a dashboard item was added, removed or restacked.

@@ -4,17 +4,22 @@
 #include "canvas/DesignScene.h"
 #include "canvas/StackingOrder.h"
 
-#include <QCoreApplication>
+#include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QSaveFile>
+#include <QScreen>
+#include <QStandardPaths>
+
+#include <algorithm>
 
 namespace {
 
@@ -22,9 +27,65 @@ namespace {
 constexpr qint64 kMaxFileBytes = 64LL * 1024 * 1024;
 constexpr qsizetype kMaxItems = 2'000;
 
-QString text(const char* source) { return QCoreApplication::translate("LayoutFile", source); }
+QString startFolder(const QString& folder)
+{
+    return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : folder;
+}
 
 QString base64(const QByteArray& bytes) { return QString::fromLatin1(bytes.toBase64()); }
+
+/// Whether this window could have written that state. The toolkit believes the counts in it and would loop as
+/// often as they say. The window has toolbars and no docks; a state with docks is not one of ours.
+bool isOwnWindowState(const QByteArray& state)
+{
+    constexpr int kVersionMarker = 0xff;
+    constexpr quint8 kDockMarker = 0xfd;
+    constexpr quint8 kToolBarMarker = 0xfc;
+    constexpr qint64 kDockGeometryBytes = 6 * sizeof(qint32); // the central widget's size and four corners
+    constexpr int kMaxToolBars = 64;
+    constexpr qint64 kToolBarGeometryBytes = sizeof(quint8) + 4 * sizeof(qint32);
+
+    QDataStream stream(state);
+    qint32 marker = 0;
+    qint32 version = 0;
+    qint32 docks = 0;
+    qint32 lines = 0;
+    quint8 block = 0;
+    stream >> marker >> version >> block >> docks;
+    if (marker != kVersionMarker || block != kDockMarker || docks != 0)
+        return false;
+    stream.skipRawData(kDockGeometryBytes);
+    stream >> block >> lines;
+    if (block != kToolBarMarker || lines < 0 || lines > kMaxToolBars)
+        return false;
+    for (int line = 0; line < lines; ++line) {
+        qint32 area = 0;
+        qint32 toolBars = 0;
+        stream >> area >> toolBars;
+        if (toolBars < 0 || toolBars > kMaxToolBars)
+            return false;
+        for (int i = 0; i < toolBars; ++i) {
+            QString name;
+            stream >> name;
+            stream.skipRawData(kToolBarGeometryBytes);
+        }
+    }
+    return stream.status() == QDataStream::Ok && stream.atEnd();
+}
+
+bool writeWhole(const QString& path, const QByteArray& bytes)
+{
+    QSaveFile file(path);
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    // A full disk may show only in the flush; commit() alone would report success.
+    if (file.write(bytes) == bytes.size() && file.flush())
+        return file.commit();
+    file.cancelWriting();
+    file.commit();
+    return false;
+}
 
 QByteArray fromBase64(const QJsonValue& value) { return QByteArray::fromBase64(value.toString().toLatin1()); }
 
@@ -37,8 +98,10 @@ LayoutFile::LayoutFile(QMainWindow* window, DesignScene* scene)
 
 void LayoutFile::save(const QString& folder)
 {
-    QDir().mkpath(folder);
-    QFileDialog dialog(m_window, text("Save Layout"), folder, text("Layouts (*.json)"));
+    normalizeZOrder(m_scene);
+    if (!folder.isEmpty())
+        QDir().mkpath(folder);
+    QFileDialog dialog(m_window, tr("Save Layout"), startFolder(folder), tr("Layouts (*.json)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(QStringLiteral("json"));
     dialog.selectFile(QStringLiteral("layout.json"));
@@ -46,47 +109,46 @@ void LayoutFile::save(const QString& folder)
         return;
     const QString problem = saveTo(dialog.selectedFiles().value(0));
     if (!problem.isEmpty())
-        QMessageBox::warning(m_window, text("Error"), problem);
+        QMessageBox::warning(m_window, tr("Error"), problem);
 }
 
 void LayoutFile::load(const QString& folder)
 {
-    const QString path =
-        QFileDialog::getOpenFileName(m_window, text("Load Layout"), folder, text("Layouts (*.json)"));
+    const QString path = QFileDialog::getOpenFileName(m_window, tr("Load Layout"), startFolder(folder),
+                                                      tr("Layouts (*.json)"));
     if (path.isEmpty())
         return;
     const QString problem = loadFrom(path);
     if (!problem.isEmpty())
-        QMessageBox::warning(m_window, text("Error"), problem);
+        QMessageBox::warning(m_window, tr("Error"), problem);
 }
 
 QString LayoutFile::saveTo(const QString& path)
 {
-    const QString failure = text("Could not save layout.");
+    const QString failure = tr("Could not save layout.");
     const QFileInfo existing(path);
     if (path.isEmpty() || (existing.exists() && !existing.isFile()))
         return failure;
     normalizeZOrder(m_scene);
-    QSaveFile file(path);
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
-        return failure;
     const QByteArray bytes = QJsonDocument(toJson()).toJson(QJsonDocument::Indented);
-    // A full disk may show only in the flush; commit() alone would report success.
-    if (file.write(bytes) != bytes.size() || !file.flush()) {
-        file.cancelWriting();
-        file.commit();
-        return failure;
-    }
-    return file.commit() ? QString() : failure;
+    // Where no new file may be made, the old one is written over; what it held is put back when that fails.
+    const bool overwrites = existing.exists() && !QFileInfo(existing.absolutePath()).isWritable();
+    QFile old(path);
+    const QByteArray before = overwrites && old.open(QIODevice::ReadOnly) ? old.readAll() : QByteArray();
+    old.close();
+    if (writeWhole(path, bytes))
+        return {};
+    if (!before.isEmpty() && old.open(QIODevice::WriteOnly))
+        old.write(before);
+    return failure;
 }
 
 QString LayoutFile::loadFrom(const QString& path)
 {
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-        return text("Could not load layout.");
-    const QString invalid = text("Invalid layout format.");
+        return tr("Could not load layout.");
+    const QString invalid = tr("Invalid layout format.");
     if (file.size() > kMaxFileBytes)
         return invalid;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
@@ -138,9 +200,26 @@ void LayoutFile::replaceItems(const QJsonObject& layout)
 void LayoutFile::restoreWindow(const QJsonObject& layout)
 {
     m_window->restoreGeometry(fromBase64(layout.value(QLatin1String("windowGeometry"))));
-    m_window->restoreState(fromBase64(layout.value(QLatin1String("windowState"))));
+    keepWindowOnScreen();
+    const QByteArray state = fromBase64(layout.value(QLatin1String("windowState")));
+    if (isOwnWindowState(state))
+        m_window->restoreState(state);
     if (layout.value(QLatin1String("isFullScreen")).toBool())
         m_window->showFullScreen();
     else if (layout.value(QLatin1String("isMaximized")).toBool())
         m_window->showMaximized();
+}
+
+void LayoutFile::keepWindowOnScreen()
+{
+    const QRect frame = m_window->frameGeometry();
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const bool visible = std::any_of(screens.begin(), screens.end(), [&frame](const QScreen* screen) {
+        return screen->availableGeometry().intersects(frame);
+    });
+    if (visible || screens.isEmpty())
+        return;
+    const QRect home = QGuiApplication::primaryScreen()->availableGeometry();
+    m_window->resize(m_window->size().boundedTo(home.size()));
+    m_window->move(home.topLeft());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 class DesignScene;
@@ -11,13 +12,16 @@ class QMainWindow;
 // only say what was wrong.
 class LayoutFile
 {
+    Q_DECLARE_TR_FUNCTIONS(LayoutFile)
+
 public:
     /// Neither is owned; both must outlive this.
     LayoutFile(QMainWindow* window, DesignScene* scene);
 
-    /// Asks for a file in the folder, which is made when it is missing.
+    /// Asks for a file in the folder, which is made when it is missing. An empty folder stands for the user's
+    /// documents.
     void save(const QString& folder);
-    /// Asks for a file in the folder.
+    /// Asks for a file in the folder; empty as above.
     void load(const QString& folder);
 
     /// Writes the whole file or leaves the one there as it was. Empty on success, else a text for the user.
@@ -30,6 +34,7 @@ private:
     QJsonObject toJson() const;
     void replaceItems(const QJsonObject& layout);
     void restoreWindow(const QJsonObject& layout);
+    void keepWindowOnScreen();
 
     QMainWindow* m_window;
     DesignScene* m_scene;

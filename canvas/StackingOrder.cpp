@@ -1,28 +1,22 @@
 #include "canvas/StackingOrder.h"
 
 #include "canvas/DashboardItem.h"
-
-#include <QGraphicsScene>
+#include "canvas/DesignScene.h"
 
 #include <algorithm>
 
 namespace {
 
 /// The top-level dashboard items in ascending stacking order.
-QList<DashboardItem*> stack(const QGraphicsScene& scene)
+QList<DashboardItem*> stack(const DesignScene& scene)
 {
-    QList<DashboardItem*> found;
-    const QList<QGraphicsItem*> all = scene.items(Qt::AscendingOrder);
-    for (QGraphicsItem* item : all) {
-        auto* dashboardItem = item->parentItem() ? nullptr : dynamic_cast<DashboardItem*>(item);
-        if (dashboardItem)
-            found.append(dashboardItem);
-    }
-    return found;
+    QList<DashboardItem*> items = scene.dashboardItems();
+    std::reverse(items.begin(), items.end());
+    return items;
 }
 
 /// The z values in use, ascending, each once.
-QList<qreal> layers(const QGraphicsScene& scene)
+QList<qreal> layers(const DesignScene& scene)
 {
     QList<qreal> values;
     const QList<DashboardItem*> items = stack(scene);
@@ -38,9 +32,10 @@ QList<qreal> layers(const QGraphicsScene& scene)
 qreal stackedZ(const DashboardItem& item, StackingMove move)
 {
     const qreal z = item.zValue();
-    if (!item.scene())
+    const auto* scene = qobject_cast<DesignScene*>(item.scene());
+    if (!scene)
         return z;
-    const QList<qreal> values = layers(*item.scene());
+    const QList<qreal> values = layers(*scene);
     const qsizetype index = values.indexOf(z);
     if (index < 0)
         return z;
@@ -59,9 +54,10 @@ qreal stackedZ(const DashboardItem& item, StackingMove move)
 
 void normalizeZOrder(QGraphicsScene* scene)
 {
-    if (!scene)
+    const auto* designScene = qobject_cast<DesignScene*>(scene);
+    if (!designScene)
         return;
-    const QList<DashboardItem*> items = stack(*scene);
+    const QList<DashboardItem*> items = stack(*designScene);
     for (qsizetype i = 0; i < items.size(); ++i)
         items[i]->setZValue(qreal(i));
     for (DashboardItem* item : items)

@@ -88,13 +88,13 @@ set_up() {
     fi
 }
 
-# build <preset> [<target>...]: configures when that was not done yet, and builds.
+# build <preset> [<target>...]: configures when that was not done yet or the presets changed, and builds.
 build() {
     local preset=$1 log=build/$1-configure.log
     shift
-    if [ ! -f "build/$preset/build.ninja" ]; then
+    if [ ! -f "build/$preset/build.ninja" ] || [ CMakePresets.json -nt "build/$preset/build.ninja" ]; then
         step "configuring build/$preset"
-        cmake --preset "$preset" >"$log" 2>&1 || {
+        cmake --fresh --preset "$preset" >"$log" 2>&1 || {
             cat "$log" >&2
             die "configuring failed"
         }

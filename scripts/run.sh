@@ -38,7 +38,7 @@ start_device() {
 
 start_virtual_display() {
     local number
-    exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 1600x1000x24 -nolisten tcp 2>build/xvfb.log)
+    exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 1440x900x24 -nolisten tcp 2>build/xvfb.log)
     own_processes+=($!)
     read -r -t 20 -u "$display_output" number || die "Xvfb did not start, see build/xvfb.log"
     export DISPLAY=:$number QT_QPA_PLATFORM=xcb
@@ -76,6 +76,6 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     wait "$sigvane"
 else
     start_virtual_display
-    start_sigvane -qwindowgeometry 1600x1000+0+0 "$@"
+    start_sigvane "$@"
     take_screenshot
 fi

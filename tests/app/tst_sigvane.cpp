@@ -1,4 +1,5 @@
 #include "app/CommandLine.h"
+#include "app/ProjectIntroDialog.h"
 #include "app/Sigvane.h"
 #include "app/ValueRouter.h"
 #include "app/WidgetPalette.h"
@@ -9,15 +10,18 @@
 #include "widgets/DashboardWidget.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QLabel>
+#include <QMenu>
 #include <QMenuBar>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
-#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -28,29 +32,19 @@ class TestSigvane : public QObject
     LicenseCheck m_license{true, u"All features"_s};
     QTemporaryDir m_dir;
 
-    static QAction* action(const Sigvane& window, const char* text)
+    static QAction* action(const Sigvane& window, const QString& text)
     {
         const QList<QAction*> all = window.findChildren<QAction*>();
-        for (QAction* found : all) {
-            if (found->text() == QString::fromUtf8(text))
-                return found;
-        }
-        return nullptr;
+        const auto found =
+            std::find_if(all.begin(), all.end(), [&](QAction* a) { return a->text() == text; });
+        return found == all.end() ? nullptr : *found;
     }
     static QString status(const Sigvane& window) { return window.statusBar()->currentMessage(); }
-    static QStringList types(const Sigvane& window)
+    static bool write(const QString& path, const QByteArray& bytes)
     {
-        QStringList found;
-        const QList<DashboardItem*> items = window.scene()->dashboardItems();
-        for (const DashboardItem* item : items)
-            found.append(item->widget()->typeName());
-        return found;
-    }
-    static void doubleClick(WidgetPalette* palette, int row)
-    {
-        const QPoint pos = palette->visualItemRect(palette->item(row)).center();
-        QTest::mouseClick(palette->viewport(), Qt::LeftButton, {}, pos);
-        QTest::mouseDClick(palette->viewport(), Qt::LeftButton, {}, pos);
+        QFile file(path);
+        return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
+               file.write(bytes) > 0;
     }
 
 private Q_SLOTS:
@@ -59,72 +53,48 @@ private Q_SLOTS:
         Sigvane window;
         QCOMPARE(window.mode(), Sigvane::Idle);
         QCOMPARE(status(window), u"Idle"_s);
-        auto* chip = window.findChild<QLabel*>(u"licenseChip"_s);
-        QCOMPARE(chip->text(), u"Unknown license status"_s);
-        window.setLicenseCheck(&m_license);
-        QCOMPARE(chip->text(), u"All features"_s);
+        QCOMPARE(window.router()->isLive(), true);
         QVERIFY(!window.findChild<WidgetPalette*>()->isEnabled());
         QCOMPARE(gSignalParser, nullptr);
-
-        QStringList bars;
-        const QList<QToolBar*> toolBars = window.findChildren<QToolBar*>();
-        for (const QToolBar* bar : toolBars)
-            bars.append(bar->windowTitle() + QLatin1Char('/') + bar->objectName());
-        QCOMPARE(bars, QStringList({u"Controls/tb_controls"_s, u"Export/tb_export"_s, u"I/O/tb_io"_s}));
-        for (const char* text : {"Record", "Play", "Signals", "Events"})
-            QVERIFY2(action(window, text) && !action(window, text)->isEnabled(), text);
-        for (const char* text : {"Design", "Save Layout", "Load Layout", "Stop"})
-            QVERIFY2(action(window, text) && action(window, text)->isEnabled(), text);
-    }
-
-    void designTogglesPaletteAndItems()
-    {
-        Sigvane window;
-        window.setLicenseCheck(&m_license);
-        window.addWidget(u"AnalogGauge"_s);
-        DashboardItem* item = window.scene()->dashboardItems().first();
-        const auto movable = [item] { return bool(item->flags() & QGraphicsItem::ItemIsMovable); };
-        QVERIFY(!movable());
-        action(window, "Design")->trigger();
-        QCOMPARE(window.mode(), Sigvane::Design);
-        QCOMPARE(status(window), u"Design Mode"_s);
-        QVERIFY(movable() && window.scene()->isDesignMode());
-        QVERIFY(window.findChild<WidgetPalette*>()->isEnabled());
-        action(window, "Design")->trigger();
-        QCOMPARE(window.mode(), Sigvane::Idle);
-        QVERIFY(!movable() && !window.scene()->isDesignMode());
-        QVERIFY(!window.findChild<WidgetPalette*>()->isEnabled());
+        for (const char* bar : {"tb_controls", "tb_export", "tb_io"}) // saved layouts name them
+            QVERIFY(window.findChild<QToolBar*>(QLatin1String(bar)));
+        for (const QString& text : {u"Record"_s, u"Play"_s, u"Signals"_s, u"Events"_s})
+            QVERIFY2(!action(window, text)->isEnabled(), qPrintable(text));
+        for (const QString& text : {u"Design"_s, u"Save Layout"_s, u"Load Layout"_s, u"Stop"_s})
+            QVERIFY2(action(window, text)->isEnabled(), qPrintable(text));
     }
 
     void modeTable_data()
     {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<bool>("stop");
-        QTest::addColumn<int>("to");
+        QTest::addColumn<Sigvane::Mode>("from");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<Sigvane::Mode>("to");
         QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, int from, bool stop, int to, const char* text) {
-            QTest::newRow(name) << from << stop << to << QString::fromUtf8(text);
-        };
-        row("design, stop", Sigvane::Design, true, Sigvane::Idle, "Idle");
-        row("play, stop", Sigvane::Play, true, Sigvane::Pause, "Pause...");
-        row("pause, stop", Sigvane::Pause, true, Sigvane::Idle, "Idle");
-        row("idle, stop", Sigvane::Idle, true, Sigvane::Idle, "Idle");
-        row("play, design", Sigvane::Play, false, Sigvane::Design, "Design Mode");
-        row("pause, design", Sigvane::Pause, false, Sigvane::Design, "Design Mode");
+        QTest::newRow("idle, design") << Sigvane::Idle << u"Design"_s << Sigvane::Design << u"Design Mode"_s;
+        QTest::newRow("design, design") << Sigvane::Design << u"Design"_s << Sigvane::Idle << u"Idle"_s;
+        QTest::newRow("design, stop") << Sigvane::Design << u"Stop"_s << Sigvane::Idle << u"Idle"_s;
+        QTest::newRow("play, stop") << Sigvane::Play << u"Pause"_s << Sigvane::Pause << u"Pause..."_s;
+        QTest::newRow("pause, stop") << Sigvane::Pause << u"Stop"_s << Sigvane::Idle << u"Idle"_s;
+        QTest::newRow("play, design") << Sigvane::Play << u"Design"_s << Sigvane::Design << u"Design Mode"_s;
     }
     void modeTable()
     {
-        QFETCH(int, from);
-        QFETCH(bool, stop);
+        QFETCH(Sigvane::Mode, from);
+        QFETCH(QString, button);
+        QFETCH(Sigvane::Mode, to);
         Sigvane window;
-        window.setMode(Sigvane::Mode(from));
+        window.setLicenseCheck(&m_license);
+        window.addWidget(u"AnalogGauge"_s);
+        window.setMode(from);
         QCOMPARE(window.router()->isLive(), from != Sigvane::Play && from != Sigvane::Pause);
-        QAction* stopAction = action(window, from == Sigvane::Play ? "Pause" : "Stop");
-        QVERIFY(stopAction);
-        QCOMPARE(stopAction->toolTip(), from == Sigvane::Play ? u"Pause playback"_s : u"Stop"_s);
-        (stop ? stopAction : action(window, "Design"))->trigger();
-        QTEST(int(window.mode()), "to");
+        action(window, button)->trigger();
+        QCOMPARE(window.mode(), to);
         QTEST(status(window), "text");
+        const bool design = to == Sigvane::Design;
+        const DashboardItem* item = window.scene()->dashboardItems().first();
+        QCOMPARE(bool(item->flags() & QGraphicsItem::ItemIsMovable), design);
+        QCOMPARE(window.scene()->isDesignMode(), design);
+        QCOMPARE(window.findChild<WidgetPalette*>()->isEnabled(), design);
     }
 
     void refusedModeHasLeftTheOldOne()
@@ -137,6 +107,18 @@ private Q_SLOTS:
         QVERIFY(!window.findChild<WidgetPalette*>()->isEnabled());
     }
 
+    void modeStaysInSight()
+    {
+        Sigvane window;
+        window.show();
+        QStatusTipEvent emptyTip{QString()}; // what a closing menu sends
+        QCoreApplication::sendEvent(window.menuBar()->actions().first()->menu(), &emptyTip);
+        QCoreApplication::sendEvent(&window, &emptyTip);
+        QCOMPARE(status(window), u"Idle"_s);
+        window.statusBar()->showMessage(u"for a moment"_s, 1);
+        QTRY_COMPARE(status(window), u"Idle"_s);
+    }
+
     void addsWidgetsFromThePalette()
     {
         Sigvane window;
@@ -144,96 +126,111 @@ private Q_SLOTS:
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         auto* palette = window.findChild<WidgetPalette*>();
-        doubleClick(palette, 0); // disabled: nothing happens
-        QVERIFY(types(window).isEmpty());
+        const auto doubleClick = [palette] {
+            const QPoint pos = palette->visualItemRect(palette->item(0)).center();
+            QTest::mouseClick(palette->viewport(), Qt::LeftButton, {}, pos);
+            QTest::mouseDClick(palette->viewport(), Qt::LeftButton, {}, pos);
+        };
+        doubleClick(); // disabled: nothing happens
+        QVERIFY(window.scene()->dashboardItems().isEmpty());
         window.setMode(Sigvane::Design);
-        doubleClick(palette, 0);
+        doubleClick();
         palette->setCurrentRow(1);
         QTest::keyClick(palette, Qt::Key_Return);
-        QCOMPARE(types(window), QStringList({palette->item(1)->text(), palette->item(0)->text()}));
-        const DashboardItem* item = window.scene()->dashboardItems().first();
-        QCOMPARE(item->sceneBoundingRect(), QRectF(100, 100, 250, 250));
-        QVERIFY(item->flags() & QGraphicsItem::ItemIsMovable);
+        const QList<DashboardItem*> items = window.scene()->dashboardItems();
+        QCOMPARE(items.size(), 2);
+        QCOMPARE(items[0]->widget()->typeName(), palette->item(1)->text()); // above the first one
+        QCOMPARE(items[1]->widget()->typeName(), palette->item(0)->text());
+        QCOMPARE(items[0]->sceneBoundingRect(), QRectF(100, 100, 250, 250));
+        QVERIFY(items[0]->flags() & QGraphicsItem::ItemIsMovable);
     }
 
     void sixthWidgetNeedsALicense()
     {
-        LicenseCheck license(false, u"Trial"_s);
+        auto license = std::make_unique<LicenseCheck>(false, u"Trial"_s);
         Sigvane window;
-        window.setLicenseCheck(&license);
-        for (int i = 0; i < 5; ++i)
-            window.addWidget(u"DigitalDisplay"_s);
-        QCOMPARE(types(window).size(), 5);
+        const auto* chip = window.findChild<QLabel*>(u"licenseChip"_s);
+        QCOMPARE(chip->text(), u"Unknown license status"_s);
+        window.setLicenseCheck(license.get());
+        QCOMPARE(chip->text(), u"Trial"_s);
         ModalAnswer answer;
-        answer.press(QMessageBox::Ok);
+        answer.press(QMessageBox::Ok).press(QMessageBox::Ok);
+        for (int i = 0; i < 6; ++i)
+            window.addWidget(u"DigitalDisplay"_s);
+        QCOMPARE(window.scene()->dashboardItems().size(), 5);
+        license->setAnswer(true, u"Bought"_s);
         window.addWidget(u"DigitalDisplay"_s);
-        QCOMPARE(types(window).size(), 5);
-        QCOMPARE(answer.titles(), QStringList(u"Limit reached"_s));
-        QCOMPARE(answer.texts(), QStringList(u"In the unlicensed version you can add up to 5 widgets."_s));
-        license.setAnswer(true, u"Bought"_s);
-        window.addWidget(u"DigitalDisplay"_s);
-        QCOMPARE(types(window).size(), 6);
-        answer.press(QMessageBox::Ok);
-        action(window, "License &Status…")->trigger();
-        QCOMPARE(answer.texts().last(), u"Bought"_s);
+        QCOMPARE(window.scene()->dashboardItems().size(), 6);
+        action(window, u"License &Status…"_s)->trigger();
+        QCOMPARE(answer.titles(), QStringList({u"Limit reached"_s, u"License"_s}));
+        QCOMPARE(answer.texts(),
+                 QStringList({u"In the unlicensed version you can add up to 5 widgets."_s, u"Bought"_s}));
+        license.reset();
+        QCOMPARE(chip->text(), u"Unknown license status"_s);
     }
 
     void reloadsDefinitionsAndMapsAnew()
     {
         Sigvane window;
         window.setLicenseCheck(&m_license);
-        action(window, "&Reload Definitions")->trigger(); // no project yet: only said
+        QAction* reload = action(window, u"&Reload Definitions"_s);
+        reload->trigger(); // no project yet: only said
         const QString path = m_dir.filePath(u"dashboard_signals.def"_s);
-        const auto define = [&path](const char* scale) {
-            QFile file(path);
-            return file.open(QIODevice::WriteOnly) &&
-                   file.write(QByteArray("DASHBOARD_MAPPING(M, 0, ") + scale +
-                              ")\nDASHBOARD_SIGNAL(T, \"t\", M)\n") > 0;
-        };
-        QVERIFY(define("2"));
+        const QByteArray signal = "DASHBOARD_SIGNAL(T, \"t\", M)\n";
+        QVERIFY(write(path, "DASHBOARD_MAPPING(M, 0, 2)\n" + signal));
         const QSignalSpy changed(&window, &Sigvane::signalsDefChanged);
         window.setMode(Sigvane::Design);
         QVERIFY(window.setProjectDir(m_dir.path()));
         QCOMPARE(window.mode(), Sigvane::Idle); // a project is opened through Idle
-        QCOMPARE(changed.size(), 1);
-        QCOMPARE(changed.first().first().toString(), path);
+        QCOMPARE(changed, QList<QVariantList>({{path}}));
         QCOMPARE(window.windowTitle(), u"Sigvane — "_s + m_dir.path());
         QCOMPARE(status(window), u"Project: "_s + m_dir.path());
 
         window.addWidget(u"DigitalDisplay"_s);
         DashboardWidget* display = window.scene()->dashboardItems().first()->widget();
         display->assignSignals({u"T"_s});
-        const auto* label = display->findChild<QLabel*>();
+        const auto shown = [display] {
+            display->grab();
+            return display->findChild<QLabel*>()->text();
+        };
         window.router()->routeLiveValues({{u"T"_s, 21.0}});
-        display->grab();
-        QCOMPARE(label->text(), u"42.0"_s);
-        QVERIFY(define("3"));
-        action(window, "&Reload Definitions")->trigger();
-        display->grab();
-        QCOMPARE(label->text(), u"63.0"_s);
+        QCOMPARE(shown(), u"42.0"_s);
+        QVERIFY(write(path, "DASHBOARD_MAPPING(M, 0, 3)\n" + signal));
+        reload->trigger();
+        QCOMPARE(shown(), u"63.0"_s);
+        QCOMPARE(window.windowTitle(), u"Sigvane — "_s + m_dir.path());
+
+        // After a project that does not load, a reload tries that project again.
+        const QString broken = m_dir.filePath(u"broken"_s);
+        QVERIFY(QDir().mkpath(broken + u"/dashboard_signals.def"_s));
+        ModalAnswer answer;
+        answer.press(QMessageBox::Ok).press(QMessageBox::Ok);
+        QVERIFY(!window.setProjectDir(broken));
+        reload->trigger();
+        QCOMPARE(answer.titles().size(), 2);
+        QVERIFY(answer.texts().last().contains(broken));
     }
 
     void startsWithWhatCanBeUsed()
     {
         CommandLine wanted;
-        wanted.projectDir = m_dir.filePath(u"missing"_s);
+        wanted.projectDir = QString();
         wanted.layoutFile = m_dir.filePath(u"missing.json"_s);
+        wanted.baudRate = 9600;
         wanted.portName = m_dir.filePath(u"missing-port"_s);
         Sigvane window;
-        window.startWith(wanted);
-        for (const QString& name : {wanted.projectDir, wanted.layoutFile, wanted.portName})
-            QVERIFY2(status(window).contains(name), qPrintable(status(window)));
+        window.startWith(wanted); // asks nothing, although the project's name is empty
+        for (const QString& text : {u"Not a usable project"_s, *wanted.layoutFile, *wanted.portName})
+            QVERIFY2(status(window).contains(text), qPrintable(status(window)));
+        QCOMPARE(window.statusBar()->toolTip(), status(window));
+        QCOMPARE(window.findChild<QComboBox*>(u"baudBox"_s)->currentData().toInt(), 9600);
         QCOMPARE(gSignalParser, nullptr);
-        QCOMPARE(window.mode(), Sigvane::Idle);
     }
 
-    void definitionsOfAnotherName()
+    void withoutAProjectNoFolderIsMade()
     {
         const QString path = m_dir.filePath(u"other/rig.def"_s);
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("DASHBOARD_SIGNAL(A, \"a\", M)\n") > 0);
-        file.close();
+        QVERIFY(write(path, "DASHBOARD_SIGNAL(A, \"a\", M)\n"));
         CommandLine wanted;
         wanted.definitionsFile = path;
         Sigvane window;
@@ -241,7 +238,35 @@ private Q_SLOTS:
         QCOMPARE(window.projectDir(), QString());
         QVERIFY(gSignalParser && gSignalParser->signalList().size() == 1);
         QCOMPARE(window.windowTitle(), u"Sigvane — "_s + path);
-        QCOMPARE(QDir(QFileInfo(path).path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+        ModalAnswer answer;
+        answer.reject();
+        action(window, u"Save Layout"_s)->trigger();
+        QCOMPARE(answer.titles(), QStringList(u"Save Layout"_s));
+        QVERIFY(!QFileInfo::exists(u"/layouts"_s));
+        QCOMPARE(QFileInfo(path).dir().entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList());
+    }
+
+    void narrowWindowUnfoldsItsToolBars()
+    {
+        Sigvane window;
+        window.resize(600, 600);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* bar = window.findChild<QToolBar*>(u"tb_controls"_s);
+        auto* button = window.findChild<QWidget*>(u"connectButton"_s);
+        QVERIFY(!button->isVisible());
+        QTest::mouseClick(bar->findChild<QWidget*>(u"qt_toolbar_ext_button"_s), Qt::LeftButton);
+        QTRY_VERIFY(button->isVisible() && !button->visibleRegion().isEmpty());
+    }
+
+    void introductionShowsAllItsText()
+    {
+        ProjectIntroDialog dialog;
+        dialog.show();
+        const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
+        QCOMPARE(labels.size(), 8);
+        for (const QLabel* label : labels)
+            QVERIFY2(label->heightForWidth(label->width()) <= label->height(), qPrintable(label->text()));
     }
 };
 

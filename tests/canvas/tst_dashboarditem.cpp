@@ -85,6 +85,9 @@ private Q_SLOTS:
             canvas.move({431, 403});
             canvas.release({431, 403});
             QCOMPARE(item->sceneBoundingRect(), QRectF(110, 120, 330, 290));
+            item->setPos(100, 100);
+            canvas.drag({200, 200}, {185, 204});
+            QCOMPARE(item->pos(), QPointF(90, 100));
             QVERIFY(!QApplication::overrideCursor());
         }
     }
@@ -95,6 +98,8 @@ private Q_SLOTS:
         QTest::newRow("mode change") << 0;
         QTest::newRow("deletion") << 1;
         QTest::newRow("second press") << 2;
+        QTest::newRow("its menu") << 3;
+        QTest::newRow("release lost to a box") << 4;
     }
     void overrideCursorIsRestoredWhateverEndsTheDrag()
     {
@@ -108,10 +113,20 @@ private Q_SLOTS:
             canvas.setDesignMode(false);
         else if (ending == 1)
             item->requestDelete();
-        else
+        else if (ending == 2)
             canvas.press({200, 200});
+        MenuPick pick;
+        if (ending == 3)
+            canvas.contextMenu({200, 200});
+        if (ending == 4)
+            canvas.move({210, 210}, Qt::NoButton);
+        else if (ending == 0 || ending == 3)
+            canvas.move({233, 247}); // the rest of the gesture moves nothing
+        const QPointF left = item->pos();
         canvas.release({200, 200});
         QVERIFY(!QApplication::overrideCursor());
+        if (ending != 1)
+            QCOMPARE(left, QPointF(100, 100));
     }
 
     void widgetGetsTheMouseInRunModesOnly()
@@ -192,6 +207,31 @@ private Q_SLOTS:
         canvas.contextMenu({200, 200});
         QVERIFY(!pick.entries.isEmpty());
         QTRY_VERIFY(!widget);
+    }
+
+    void configuresItsWidget()
+    {
+        Canvas canvas;
+        canvas.add("DigitalDisplay", QRectF(100, 100, 250, 250));
+        canvas.setDesignMode(true);
+        MenuPick pick(u"Configure Widget..."_s);
+        ModalAnswer answer;
+        answer.accept();
+        canvas.contextMenu({200, 200});
+        QCOMPARE(answer.titles(), QStringList(u"Configure Widget"_s));
+    }
+
+    void outlivesItsWidget()
+    {
+        Canvas canvas;
+        DashboardItem* item = canvas.add("DigitalDisplay", QRectF(100, 100, 250, 250));
+        delete item->widget();
+        canvas.setDesignMode(true);
+        item->resize({300, 300});
+        QVERIFY(item->toJson().isEmpty());
+        item->requestDelete();
+        QCoreApplication::processEvents();
+        QVERIFY(canvas.scene.dashboardItems().isEmpty());
     }
 
     void restacks_data()

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QMainWindow>
 #include <QTemporaryDir>
+#include <QToolBar>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -81,6 +82,47 @@ private Q_SLOTS:
         QCOMPARE(items(first)[2].toObject(), expected); // the lowest comes last
     }
 
+    void windowComesBackAsItWas()
+    {
+        Canvas canvas;
+        QMainWindow window;
+        auto* bar = window.addToolBar(u"bar"_s);
+        bar->setObjectName(u"bar"_s);
+        bar->setVisible(false);
+        window.resize(500, 400);
+        window.show();
+        LayoutFile layout(&window, &canvas.scene);
+        const QString path = m_dir.filePath(u"window.json"_s);
+        QCOMPARE(layout.saveTo(path), QString());
+        QJsonObject saved = QJsonDocument::fromJson(read(path)).object();
+        bar->setVisible(true);
+        window.resize(300, 300);
+        QCOMPARE(layout.loadFrom(path), QString());
+        QCOMPARE(window.size(), QSize(500, 400));
+        QVERIFY(!bar->isVisible());
+
+        saved.insert(u"isMaximized"_s, true);
+        saved.insert(u"isFullScreen"_s, true);
+        QCOMPARE(layout.loadFrom(write(path, QJsonDocument(saved).toJson())), QString());
+        QVERIFY(window.isFullScreen());
+    }
+
+    void windowStateWithHugeCountsIsLeftAlone()
+    {
+        Canvas canvas;
+        LayoutFile layout(&m_window, &canvas.scene);
+        // The toolkit would loop as often as these counts of toolbar lines and toolbars say.
+        const QByteArray head = QByteArray::fromHex("000000ff00000000");
+        const QByteArray noDocks = QByteArray::fromHex("fd00000000") + QByteArray(24, '\0');
+        for (const QByteArray& rest :
+             {QByteArray::fromHex("fe7fffffff"), QByteArray(noDocks + QByteArray::fromHex("fc7fffffff")),
+              QByteArray(noDocks + QByteArray::fromHex("fc00000001000000027fffffff"))}) {
+            const QJsonObject hostile{{u"windowState"_s, QString::fromLatin1((head + rest).toBase64())}};
+            const QString path = write(m_dir.filePath(u"state.json"_s), QJsonDocument(hostile).toJson());
+            QCOMPARE(layout.loadFrom(path), QString()); // in less than a test's patience
+        }
+    }
+
     void readsRecordsOfAnyKind_data()
     {
         QTest::addColumn<QByteArray>("record");
@@ -95,7 +137,7 @@ private Q_SLOTS:
         row("wrong types", "'x':'1','y':[],'width':{},'height':null,'z':'2','signals':7,'config':[]",
             QRectF(0, 0, 80, 60), 0);
         row("huge", "'x':1e300,'y':-1e300,'width':1e300,'height':1e300,'z':1e300",
-            QRectF(1e6, -1e6, 16000, 16000), 1e6);
+            QRectF(1e6, -1e6, 16000, 16000), 1e12);
         row("negative size", "'width':-1e300,'height':-5", QRectF(0, 0, 80, 60), 0);
     }
     void readsRecordsOfAnyKind()

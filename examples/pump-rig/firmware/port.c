@@ -15,10 +15,7 @@ enum {
     kLastLinePatience = 5 // times kLongestWait
 };
 
-void portUseStdout(Port* port)
-{
-    *port = (Port){.fd = STDOUT_FILENO, .readerThere = true};
-}
+void portUseStdout(Port* port) { *port = (Port){.fd = STDOUT_FILENO, .readerThere = true}; }
 
 /// Makes the terminal raw and empty for the next reader. Opening and closing its other end once is also what
 /// makes the kernel report a hang-up while nobody has it open; a terminal that was never opened looks like a

@@ -198,10 +198,7 @@ static void watchLimits(Pump* pump)
 
 // Sequence
 
-static void setSpeed(Pump* pump, double rpm)
-{
-    pump->speedTarget = rpm * kRpm;
-}
+static void setSpeed(Pump* pump, double rpm) { pump->speedTarget = rpm * kRpm; }
 
 static void start(Pump* pump)
 {

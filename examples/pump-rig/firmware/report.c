@@ -94,10 +94,7 @@ void reportInit(Report* report, uint64_t seed, bool microseconds)
     *report = (Report){.noise = randomFromSeed(~seed), .microseconds = microseconds};
 }
 
-void reportRepeatStates(Report* report)
-{
-    report->statesDueUs = 0;
-}
+void reportRepeatStates(Report* report) { report->statesDueUs = 0; }
 
 char* reportLine(Report* report, Pump* pump, uint64_t timeUs, char* out)
 {

@@ -1,0 +1,148 @@
+#!/usr/bin/env bash
+# Builds and runs the benchmarks, after installing what that needs, and prints a table of the figures that we
+# want to reach and those measured. Every ratio compares two things measured in this run; close other programs,
+# and see the load average above the table. All the figures are in build/bench/.
+set -euo pipefail
+# shellcheck source=scripts/lib.sh
+source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+programs=build/release/bench
+results=build/bench
+figures=$results/figures.txt
+
+display=
+end_display() {
+    trap - EXIT
+    [ -z "$display" ] || kill "$display" 2>/dev/null || true
+    wait
+}
+trap end_display EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
+build_benchmarks() {
+    local log=build/release-configure.log
+    cmake --preset release -DSIGVANE_BUILD_BENCHMARKS=ON >"$log" 2>&1 || {
+        cat "$log" >&2
+        die "configuring failed"
+    }
+    build release bench_parse bench_deliver bench_window
+}
+
+# run_google_benchmark <name>: adds "<name>/<benchmark> <items per second>" lines to the figures.
+run_google_benchmark() {
+    step "running $1"
+    "$programs/$1" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true --benchmark_format=csv \
+        >"$results/$1.csv" 2>"$results/$1.log" || {
+        cat "$results/$1.log" >&2
+        die "$1 failed"
+    }
+    awk -F, -v program="$1" '/_median"/ {
+        gsub(/"|_median/, "", $1)
+        print program "/" $1, $7
+    }' "$results/$1.csv" >>"$figures"
+}
+
+run_plain_python() {
+    local output
+    step "running parse_plain.py"
+    output=$(python3 bench/parse_plain.py 10) || die "parse_plain.py failed"
+    echo "parse_plain ${output%% *}" >>"$figures"
+}
+
+# Always a virtual one, so that neither a display server nor what else is on the screen makes a difference.
+start_virtual_display() {
+    local number
+    if ! command -v Xvfb >/dev/null; then
+        step "no Xvfb here: the window is measured without a display server"
+        export QT_QPA_PLATFORM=offscreen
+        return
+    fi
+    exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 1920x1200x24 -nolisten tcp 2>build/xvfb.log)
+    display=$!
+    read -r -t 20 -u "$display_output" number || die "Xvfb did not start, see build/xvfb.log"
+    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
+}
+
+run_window() {
+    start_virtual_display
+    step "running bench_window (half a minute)"
+    "$programs/bench_window" >"$results/bench_window.txt" 2>"$results/bench_window.log" || {
+        cat "$results/bench_window.log" >&2
+        die "bench_window failed"
+    }
+    sed 's,^,bench_window/,' "$results/bench_window.txt" >>"$figures"
+}
+
+print_table() {
+    echo
+    echo "load average $(cut -d ' ' -f 1-3 /proc/loadavg), $(nproc) cores"
+    awk '
+        function row(what, beside, target, measured, verdict, figures) {
+            printf "%-42s %-26s %-9s %-9s %-7s %s\n", what, beside, target, measured, verdict, figures
+        }
+        function verdict(ok) {
+            return ok ? "ok" : "MISSED"
+        }
+        function scaled(number) {
+            return number >= 1e6 ? sprintf("%.2f M", number / 1e6) : sprintf("%.1f k", number / 1e3)
+        }
+        # How many times "dividend" is "divisor", which are both so many per second.
+        function ratio(what, beside, dividend, divisor, comparison, target,    times) {
+            if (!(value[dividend] > 0 && value[divisor] > 0)) {
+                row(what, beside, comparison " " target " x", "failed", verdict(0))
+                return
+            }
+            times = value[dividend] / value[divisor]
+            row(what, beside, comparison " " target " x", sprintf(times < 10 ? "%.2f x" : "%.0f x", times),
+                verdict(comparison == ">=" ? times >= target : times <= target),
+                scaled(value[dividend]) " and " scaled(value[divisor]) " per second")
+        }
+        function most(what, name, factor, limit, unit, figures) {
+            if (name in value)
+                row(what, "", "<= " limit unit, sprintf("%.3g%s", value[name] * factor, unit),
+                    verdict(value[name] * factor <= limit), figures)
+            else
+                row(what, "", "<= " limit unit, "failed", verdict(0))
+        }
+        { value[$1] = $2 }
+        END {
+            row("what", "beside", "target", "measured", "", "figures")
+
+            parse = "bench_parse/sigvane/values:10"
+            ratio("bytes to lineParsed, ten values: time", "memchr and from_chars",
+                  "bench_parse/limit/values:10", parse, "<=", 3)
+            ratio("bytes to lineParsed, ten values: speed", "a plain parser",
+                  parse, "bench_parse/plain/values:10", ">=", 10)
+            ratio("bytes to lineParsed, ten values: speed", "a plain Python parser", parse, "parse_plain", ">=", 4)
+
+            walk = "bench_deliver/walkPerValue/widgets:50"
+            deliver = "bench_deliver/router/widgets:50"
+            ratio("one value to 50 widgets: speed", "a walk of the scene", deliver, walk, ">=", 100)
+            ratio("line of ten values to 50 widgets: speed", "ten walks of the scene",
+                  "bench_deliver/routerLineOfTen/widgets:50", walk, ">=", 100)
+            ratio("one value to 500 widgets: time", "to 50 widgets",
+                  deliver, "bench_deliver/router/widgets:500", "<=", 1.2)
+
+            ratio("short lines through the window: speed", "reading and splitting",
+                  "bench_window/flood_window_lines_per_second", "bench_window/flood_limit_lines_per_second", ">=", 0.2)
+            most("short lines through the window: lost", "bench_window/flood_lines_lost", 1, 0, "",
+                 "of " value["bench_window/flood_lines_sent"])
+
+            most("window at 5,000 lines/s: lost", "bench_window/example_lines_lost", 1, 0, "",
+                 "of " value["bench_window/example_lines_sent"])
+            most("window at 5,000 lines/s: share of a core", "bench_window/example_processor_share", 100, 30, " %",
+                 sprintf("at %.0f lines/s", value["bench_window/example_lines_per_second"]))
+            most("window at 5,000 lines/s: longest block", "bench_window/example_longest_block_ms", 1, 50, " ms")
+        }' "$figures" | tee "$results/table.txt"
+}
+
+set_up libbenchmark-dev=c++ python3=python3
+build_benchmarks
+mkdir -p "$results"
+: >"$figures"
+run_google_benchmark bench_parse
+run_plain_python
+run_google_benchmark bench_deliver
+run_window
+print_table
