@@ -76,7 +76,10 @@ private Q_SLOTS:
     {
         ActiveDefinitions definitions;
         ProjectFolder project(&definitions, &m_window);
-        const QString folder = m_dir.filePath(u"dir"_s);
+        const QString good = makeProject(u"good"_s);
+        QVERIFY(project.open(good));
+        const DashboardSignalParser* before = gSignalParser;
+        const QString folder = m_dir.filePath(u"<b>dir</b>"_s);
         const QString path = folder + u"/dashboard_signals.def"_s;
         QDir().mkpath(path);
         QVERIFY(ProjectFolder::isValid(folder));
@@ -85,25 +88,9 @@ private Q_SLOTS:
         QVERIFY(!project.open(folder));
         QCOMPARE(answer.titles(), QStringList(u"Signals Definition"_s));
         QCOMPARE(answer.texts(), QStringList(u"Cannot find signals file:\n"_s + path));
+        QCOMPARE(gSignalParser, before);
         QCOMPARE(project.path(), folder); // it is the project all the same
         QCOMPARE(stored("YourCompany"), folder);
-    }
-
-    void failedLoadKeepsTheCatalogueBefore()
-    {
-        ActiveDefinitions definitions;
-        ProjectFolder project(&definitions, &m_window);
-        const QString folder = makeProject(u"good"_s);
-        QVERIFY(project.open(folder));
-        const DashboardSignalParser* before = gSignalParser;
-        ModalAnswer answer;
-        answer.press(QMessageBox::Ok);
-        const QString missing = folder + u"/<b>none</b>"_s;
-        QVERIFY(!project.loadDefinitions(missing));
-        QCOMPARE(answer.texts(), QStringList(u"Cannot find signals file:\n"_s + missing));
-        QCOMPARE(gSignalParser, before);
-        QVERIFY(project.loadDefinitions(project.definitionsFile()));
-        QVERIFY(gSignalParser != nullptr);
     }
 
     void asksAgainUntilTheFolderIsAProject()

@@ -199,24 +199,13 @@ private Q_SLOTS:
         router.updateSignalValueAt(name, 0.0, 7.5);
         QCOMPARE(log.last(), (Delivery{probe, name, 32.0}));
         QCOMPARE(probe->lastTime, 7.5);
-        QCOMPARE(router.lastValues(), (QMap<QString, double>{{name, 100.0}, {u"U"_s, 5.0}}));
-    }
-
-    void liveValuesStopDuringAReplay()
-    {
-        DesignScene scene;
-        ActiveDefinitions definitions;
-        ValueRouter router(&scene, &definitions);
-        QList<Delivery> log;
-        addProbe(scene, &log, {u"A"_s});
-        router.setLive(false);
-        router.routeLiveValues({{u"A"_s, 1.0}});
-        router.updateSignalValue(u"A"_s, 2.0);
+        router.setLive(false); // a replay is shown
+        log.clear();
+        router.routeLiveValues({{name, 1.0}});
+        router.updateSignalValue(name, 2.0);
         router.reapplyMappingsToCurrentValues();
         QVERIFY(log.isEmpty());
-        QVERIFY(router.lastValues().isEmpty());
-        router.updateSignalValueAt(u"A"_s, 3.0, 0.0);
-        QCOMPARE(log.size(), 1);
+        QCOMPARE(router.lastValues(), (QMap<QString, double>{{name, 100.0}, {u"U"_s, 5.0}}));
     }
 
     void statesErrorsAndMessagesFindTheirWidgets()

@@ -33,36 +33,6 @@ private Q_SLOTS:
         QCOMPARE(grid.pixelColor(32, 15), QColor(220, 220, 220)); // on y = -10
     }
 
-    void revisionsCountEveryChangeOfTheIndex()
-    {
-        Canvas canvas;
-        DesignScene& scene = canvas.scene;
-        quint64 items = scene.itemsRevision();
-        quint64 assignments = scene.assignmentsRevision();
-        const auto itemsChanged = [&] { return std::exchange(items, scene.itemsRevision()) != items; };
-        const auto assignmentsChanged = [&] {
-            return std::exchange(assignments, scene.assignmentsRevision()) != assignments;
-        };
-
-        DashboardItem* item = canvas.add("DigitalDisplay", QRectF(0, 0, 100, 100));
-        QVERIFY(itemsChanged());
-        item->setZValue(3);
-        QVERIFY(itemsChanged());
-        item->widget()->assignSignals({u"A"_s});
-        QVERIFY(assignmentsChanged());
-        QVERIFY(!itemsChanged());
-        scene.removeItem(item);
-        QVERIFY(itemsChanged());
-        item->widget()->assignSignals({u"B"_s});
-        QVERIFY(!assignmentsChanged());
-        scene.addItem(item);
-        QVERIFY(itemsChanged());
-        delete item->widget();
-        QVERIFY(itemsChanged());
-        delete item;
-        QVERIFY(itemsChanged());
-    }
-
     void bringsLostItemsBack()
     {
         Canvas canvas;
