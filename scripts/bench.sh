@@ -10,10 +10,10 @@ programs=build/release/bench
 results=build/bench
 figures=$results/figures.txt
 
-display=
+display_server=
 end_display() {
     trap - EXIT
-    [ -z "$display" ] || kill "$display" 2>/dev/null || true
+    [ -z "$display_server" ] || kill "$display_server" 2>/dev/null || true
     wait
 }
 trap end_display EXIT
@@ -50,22 +50,14 @@ run_plain_python() {
     echo "parse_plain ${output%% *}" >>"$figures"
 }
 
-# Always a virtual one, so that neither a display server nor what else is on the screen makes a difference.
-start_virtual_display() {
-    local number
-    if ! command -v Xvfb >/dev/null; then
+# Always on a virtual display, so that neither a display server nor what else is on the screen makes a difference.
+run_window() {
+    if command -v Xvfb >/dev/null; then
+        start_virtual_display 1920x1200
+    else
         step "no Xvfb here: the window is measured without a display server"
         export QT_QPA_PLATFORM=offscreen
-        return
     fi
-    exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 1920x1200x24 -nolisten tcp 2>build/xvfb.log)
-    display=$!
-    read -r -t 20 -u "$display_output" number || die "Xvfb did not start, see build/xvfb.log"
-    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
-}
-
-run_window() {
-    start_virtual_display
     step "running bench_window (half a minute)"
     "$programs/bench_window" >"$results/bench_window.txt" 2>"$results/bench_window.log" || {
         cat "$results/bench_window.log" >&2

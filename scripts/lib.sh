@@ -102,3 +102,13 @@ build() {
     step "building build/$preset"
     cmake --build --preset "$preset" ${1:+--target "$@"}
 }
+
+# start_virtual_display <width>x<height>: an X server without a screen, whose process is then $display_server; the caller
+# ends it.
+start_virtual_display() {
+    local number
+    exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp 2>build/xvfb.log)
+    display_server=$!
+    read -r -t 20 -u "$display_output" number || die "Xvfb did not start, see build/xvfb.log"
+    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
+}

@@ -36,15 +36,6 @@ start_device() {
     step "the simulated device prints on $port"
 }
 
-start_virtual_display() {
-    local number
-    exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 1440x900x24 -nolisten tcp 2>build/xvfb.log)
-    own_processes+=($!)
-    read -r -t 20 -u "$display_output" number || die "Xvfb did not start, see build/xvfb.log"
-    export DISPLAY=:$number QT_QPA_PLATFORM=xcb
-    step "no display here: using a virtual one for $seconds_on_virtual_display seconds"
-}
-
 # In the background also where it is waited for: a signal to this script then ends everything at once.
 start_sigvane() {
     "$program" --project "$project" --layout "$project/layouts/pump-rig.json" \
@@ -75,7 +66,9 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     start_sigvane "$@"
     wait "$sigvane"
 else
-    start_virtual_display
+    step "no display here: using a virtual one for $seconds_on_virtual_display seconds"
+    start_virtual_display 1440x900
+    own_processes+=("$display_server")
     start_sigvane "$@"
     take_screenshot
 fi
