@@ -149,7 +149,9 @@ double AnalogGaugeWidget::needleAngle() const
 {
     const double range = m_maximum - m_minimum;
     const double angle = (m_value - m_minimum) * kSweep / range + kStartAngle;
-    return range > 0 && std::isfinite(angle) ? angle : kStartAngle;
+    // A value from before the last change of the range may lie outside it.
+    return range > 0 && std::isfinite(angle) ? std::clamp(angle, kStartAngle, kStartAngle + kSweep)
+                                             : kStartAngle;
 }
 
 void AnalogGaugeWidget::drawFace(QPainter& painter)

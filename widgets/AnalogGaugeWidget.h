@@ -27,7 +27,8 @@ public:
     /// Kept within the limits; NaN rests at the minimum.
     void setValue(double value) override;
     /// Any two numbers; without minimum < maximum, or without a finite distance, the needle rests at the
-    /// lower end. The value is fitted to the limits by the next setValue().
+    /// lower end. The value is fitted to the limits by the next setValue(); until then the needle points at
+    /// the nearer end.
     void setRange(double minimum, double maximum);
     QString typeName() const override;
     QString signalName() const override;

@@ -17,7 +17,7 @@ class DashboardWidgetConfigDialog : public QDialog
 public:
     explicit DashboardWidgetConfigDialog(DashboardWidget* widget, QWidget* parent = nullptr);
 
-    /// Lets the widget add its own rows.
+    /// Lets the widget add its own rows. The constructor does so itself, and never through an override.
     virtual void addWidgetSpecificOptions();
     /// Writes the chosen signals and the widget's own rows back to the widget.
     void applyConfig();

@@ -26,7 +26,8 @@ public:
     QList<QString> availableTypes() const;
     /// The type's icon; a default one for an unknown name.
     QIcon iconForType(const QString& name) const;
-    /// Registers the types that come with the program; calling it again changes nothing.
+    /// Registers the types that come with the program; calling it again changes nothing. The table is in
+    /// BuiltInWidgetTypes.cpp, so that the registry itself knows no widget.
     void registerBuiltInTypes();
 
 private:

@@ -7,6 +7,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 namespace {
 
 constexpr int kValuePointSize = 28;
+constexpr int kSmallestPointSize = 8;
 constexpr int kNamePointSize = 10;
 constexpr int kMaxOfferedPlaces = 8;
 constexpr int kMaxShownPlaces = 17; ///< a double has no more digits to tell
@@ -22,11 +24,39 @@ constexpr int kMaxShownPlaces = 17; ///< a double has no more digits to tell
 constexpr QLatin1String kSignalKey("signal");
 constexpr QLatin1String kDecimalPlacesKey("decimalPlaces");
 
+/// A label that draws a text too wide for it in a smaller font, and elided where even the smallest is too
+/// wide: a number without its first digits reads as another number.
+class ValueLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        const int needed = fontMetrics().horizontalAdvance(text());
+        if (needed <= width()) {
+            QLabel::paintEvent(event);
+            return;
+        }
+        QPainter painter(this);
+        QFont smaller = font();
+        int pointSize = std::max(kSmallestPointSize, kValuePointSize * width() / needed) + 1;
+        do {
+            smaller.setPointSize(--pointSize);
+            painter.setFont(smaller);
+        } while (pointSize > kSmallestPointSize && painter.fontMetrics().horizontalAdvance(text()) > width());
+        const QString shown = painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        style()->drawItemText(&painter, rect(), Qt::AlignCenter, palette(), isEnabled(), shown,
+                              foregroundRole());
+    }
+};
+
 } // namespace
 
 DigitalDisplayWidget::DigitalDisplayWidget(QWidget* parent)
     : DashboardWidget(parent)
-    , m_label(new QLabel(QStringLiteral("0"), this))
+    , m_label(new ValueLabel(QStringLiteral("0"), this))
 {
     QFont font = m_label->font();
     font.setPointSize(kValuePointSize);

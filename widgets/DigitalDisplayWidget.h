@@ -16,7 +16,8 @@ class DigitalDisplayWidget : public DashboardWidget
 public:
     explicit DigitalDisplayWidget(QWidget* parent = nullptr);
 
-    /// Shown in fixed-point notation; NaN and infinities as text.
+    /// Shown in fixed-point notation; NaN and infinities as text. What is too wide is drawn smaller, and
+    /// elided where it would be too small to read.
     void setValue(double value) override;
     QString typeName() const override;
     QString signalName() const override;

@@ -14,6 +14,7 @@
 #include <QTextCursor>
 #include <QTextEdit>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <limits>
@@ -24,10 +25,12 @@ namespace {
 constexpr int kMargin = 4;
 constexpr int kOfferedMinLines = 50;
 constexpr int kMaxLines = 100'000;
-constexpr qsizetype kMaxLineCharacters = 4000;
+constexpr qsizetype kMaxLineCharacters = 1000;
+constexpr qsizetype kFlushCharacters = 50'000; ///< about what is laid out in a frame's time
+constexpr int kFlushesToReplaceAll = 8;
 constexpr qint64 kFrameMs = 16;
-constexpr qint64 kPausePerFlushTime =
-    4; ///< a slow flush (very many lines kept) takes about a fifth of the time
+/// A slow flush (very many lines kept) takes about a fifth of the time.
+constexpr qint64 kPausePerFlushTime = 4;
 constexpr qint64 kMaxPauseMs = 500;
 
 constexpr QLatin1String kMaxLinesKey("maxLines");
@@ -84,6 +87,7 @@ void EventConsoleWidget::setupEditor()
     m_editor->setUndoRedoEnabled(false);
     m_editor->setAcceptDrops(false);
     m_editor->viewport()->setAcceptDrops(false);
+    m_editor->installEventFilter(this);
     m_editor->viewport()->installEventFilter(this);
     m_editor->setAccessibleName(tr("Events, one per line"));
     m_editor->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -98,7 +102,7 @@ void EventConsoleWidget::setupEditor()
 
 QString EventConsoleWidget::plainText()
 {
-    flush();
+    flushAll();
     return m_editor ? m_editor->toPlainText() : QString();
 }
 
@@ -147,10 +151,28 @@ void EventConsoleWidget::applyConfigUI()
 
 bool EventConsoleWidget::eventFilter(QObject* watched, QEvent* event)
 {
-    // While text is being selected the view holds still, or nobody could select in a stream of lines.
-    const QEvent::Type type = event->type();
-    if (type == QEvent::MouseButtonPress || type == QEvent::MouseMove || type == QEvent::MouseButtonRelease)
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+        // While text is being selected the view holds still, or nobody could select in a stream of lines.
         m_selecting = static_cast<QMouseEvent*>(event)->buttons().testFlag(Qt::LeftButton);
+        break;
+    case QEvent::Hide:
+    case QEvent::FocusOut:
+        m_selecting = false; // the release may go elsewhere
+        break;
+    case QEvent::Wheel:
+        // With Ctrl the editor would change its font, and nothing would bring the old one back.
+        if (static_cast<QWheelEvent*>(event)->modifiers().testFlag(Qt::ControlModifier)) {
+            event->accept();
+            return true;
+        }
+        break;
+    default:
+        break;
+    }
     return DashboardWidget::eventFilter(watched, event);
 }
 
@@ -177,7 +199,7 @@ void EventConsoleWidget::clearEvents()
 
 void EventConsoleWidget::setMaxLines(int lines)
 {
-    flush(); // what came before is still kept by the old limit
+    flushAll(); // what came before is still kept by the old limit
     m_maxLines = lines;
 }
 
@@ -201,48 +223,81 @@ void EventConsoleWidget::flush()
     // Two edits on purpose: joined in one edit block they would count as one change from the first line to
     // the last, and every line would be laid out anew.
     writePending();
-    const double removedHeight = trim();
+    const double removedHeight = isFollowing() ? 0.0 : surplusHeight();
+    trim();
 
     // Lines that left at the top must not pull the others away from under the reader's eyes.
     m_editor->verticalScrollBar()->setValue(top - qRound(removedHeight));
     m_editor->horizontalScrollBar()->setValue(left);
     followNewest();
     m_flushPause = std::clamp(kPausePerFlushTime * m_sinceFlush.elapsed(), kFrameMs, kMaxPauseMs);
+    if (!m_pending.isEmpty())
+        m_flushTimer.start(int(m_flushPause));
 }
+
+void EventConsoleWidget::flushAll()
+{
+    while (m_editor && !m_pending.isEmpty())
+        flush();
+}
+
 void EventConsoleWidget::writePending()
 {
-    const QList<Event> events = std::exchange(m_pending, {});
     // An empty document already has the block that the first line takes.
     bool needsBlock = !m_editor->document()->isEmpty();
     QString lines;
-    for (const Event& event : events) {
+    // In a document of very many lines every flush is slow: with small portions the console would fall
+    // behind.
+    const qsizetype portion = m_editor->document()->blockCount() / kFlushesToReplaceAll;
+    qsizetype count = 0;
+    while (count < m_pending.size() && (count < portion || lines.size() < kFlushCharacters)) {
+        const Event& event = m_pending.at(count++);
         if (std::exchange(needsBlock, true))
             lines += QChar(QChar::ParagraphSeparator);
         lines += QLatin1Char('[') + formatTime(event.tSec) + QLatin1String("] ") + visibleText(event.text);
     }
+    m_pending.remove(0, count);
+    insertAtEnd(lines);
+}
+
+void EventConsoleWidget::insertAtEnd(const QString& lines)
+{
+    QTextCursor selection = m_editor->textCursor();
+    const int anchor = selection.anchor();
+    const int position = selection.position();
+    const bool keepSelection = m_selecting || selection.hasSelection();
+
     QTextCursor cursor(m_editor->document());
     cursor.movePosition(QTextCursor::End);
     cursor.insertText(lines);
+
+    // An end of the selection that stood at the end of the text has moved with it.
+    if (keepSelection) {
+        selection.setPosition(anchor);
+        selection.setPosition(position, QTextCursor::KeepAnchor);
+        m_editor->setTextCursor(selection);
+    }
 }
 
-/// Removes the oldest lines over the limit; returns their height in pixels when somebody has to know it.
-double EventConsoleWidget::trim()
+QTextBlock EventConsoleWidget::firstKeptLine() const
 {
     const QTextDocument* document = m_editor->document();
-    const int surplus = document->blockCount() - lineLimit();
-    if (surplus <= 0)
-        return 0.0;
-    const QTextBlock firstKept = document->findBlockByNumber(surplus);
-    double height = 0.0;
-    if (!isFollowing()) {
-        const QAbstractTextDocumentLayout* layout = document->documentLayout();
-        height =
-            layout->blockBoundingRect(firstKept).top() - layout->blockBoundingRect(document->begin()).top();
-    }
-    QTextCursor cursor(document->begin());
-    cursor.setPosition(firstKept.position(), QTextCursor::KeepAnchor);
+    return document->findBlockByNumber(std::max(0, document->blockCount() - lineLimit()));
+}
+
+double EventConsoleWidget::surplusHeight() const
+{
+    const QTextDocument* document = m_editor->document();
+    const QAbstractTextDocumentLayout* layout = document->documentLayout();
+    return layout->blockBoundingRect(firstKeptLine()).top() -
+           layout->blockBoundingRect(document->begin()).top();
+}
+
+void EventConsoleWidget::trim()
+{
+    QTextCursor cursor(m_editor->document());
+    cursor.setPosition(firstKeptLine().position(), QTextCursor::KeepAnchor);
     cursor.removeSelectedText();
-    return height;
 }
 
 bool EventConsoleWidget::isFollowing() const { return m_autoScroll && !m_selecting; }
@@ -264,9 +319,12 @@ void EventConsoleWidget::followNewest()
 
 void EventConsoleWidget::showContextMenu(const QPoint& position)
 {
-    // Without a parent: as a child of an embedded widget it would be drawn inside the dashboard, cut off.
-    QMenu* menu = m_editor->createStandardContextMenu();
-    menu->setParent(nullptr, menu->windowFlags());
+    // Never with a parent, not even for a moment (as the editor's own menu has one): the child of an embedded
+    // widget is drawn inside the dashboard, cut off.
+    auto* menu = new QMenu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* copy = menu->addAction(tr("&Copy"), QKeySequence::Copy, m_editor.data(), &QTextEdit::copy);
+    copy->setEnabled(m_editor->textCursor().hasSelection());
+    menu->addAction(tr("Select &All"), QKeySequence::SelectAll, m_editor.data(), &QTextEdit::selectAll);
     menu->popup(m_editor->viewport()->mapToGlobal(position));
 }

@@ -9,12 +9,13 @@
 
 class QCheckBox;
 class QSpinBox;
+class QTextBlock;
 class QTextEdit;
 
 // What the error console and the message console have in common: a read-only editor whose document is the
 // store, one block per event, the newest maxLines() of them. Appended events are collected and written to the
-// document at most once per frame, the first after a pause at the next turn of the event loop. It does not
-// know what an event means; the text is shown as it is, never read as markup.
+// document at most once per frame, a limited amount at a time, the first after a pause at the next turn of
+// the event loop. It does not know what an event means; the text is shown as it is, never read as markup.
 class EventConsoleWidget : public DashboardWidget
 {
     Q_OBJECT
@@ -26,7 +27,7 @@ public:
     /// As set; what is shown is bounded to 1 to 100,000 lines.
     int maxLines() const { return m_maxLines; }
     bool autoScroll() const { return m_autoScroll; }
-    /// Every line shown, or just about to be, oldest first.
+    /// Every line, oldest first. Writes the waiting ones to the document first, all at once.
     QString plainText();
     /// Seconds with three decimals and an "s".
     static QString formatTime(double tSec);
@@ -42,7 +43,7 @@ public:
 
 protected:
     /// Adds "[time] text" as the newest line. What would break the line is shown as U+FFFD, a
-    /// text of more than 4,000 characters is cut and ends in "…".
+    /// text of more than 1,000 characters is cut and ends in "…".
     void appendEvent(double tSec, const QString& text);
     void clearEvents();
     /// A lowered limit takes effect with the next line.
@@ -61,9 +62,15 @@ private:
 
     int lineLimit() const;
     void setupEditor();
+    /// Writes some of the pending events and trims.
     void flush();
+    void flushAll();
     void writePending();
-    double trim();
+    void insertAtEnd(const QString& lines);
+    QTextBlock firstKeptLine() const;
+    /// Height in pixels of the oldest lines over the limit.
+    double surplusHeight() const;
+    void trim();
     bool isFollowing() const;
     void followNewest();
     void showContextMenu(const QPoint& position);

@@ -45,7 +45,12 @@ void StateIndicatorWidget::setGroupId(const QString& id)
 {
     if (id == m_groupId)
         return;
-    m_groupId = id.trimmed();
+    const QString trimmed = id.trimmed();
+    if (trimmed != m_groupId) {
+        m_stateId.clear();
+        m_stateLabel.clear();
+    }
+    m_groupId = trimmed;
     refreshGroupDisplayFromParser();
 }
 

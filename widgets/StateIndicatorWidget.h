@@ -22,7 +22,7 @@ public:
     QString stateId() const { return m_stateId; }
     QString stateLabel() const { return m_stateLabel; }
 
-    /// Follows another group, trimmed; the shown state stays until the next one comes.
+    /// Follows another group, trimmed; no state is shown until the first one comes.
     void setGroupId(const QString& id);
     /// Asks the catalogue again for the caption; to be called when other definitions are loaded.
     void refreshGroupDisplayFromParser();

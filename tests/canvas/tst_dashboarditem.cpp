@@ -110,6 +110,8 @@ private Q_SLOTS:
     void widgetGetsTheMouseInRunModesOnly()
     {
         Canvas canvas;
+        canvas.view.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&canvas.view)); // without the focus no widget's menu opens
         DashboardItem* item = canvas.add("MessagesConsole", QRectF(100, 100, 250, 150));
         auto* editor = item->widget()->findChild<QTextEdit*>();
         editor->setPlainText(u"line\n"_s.repeated(100));

@@ -8,7 +8,8 @@
 
 #include <memory>
 
-// What the widget tests share: a widget's picture, and a catalogue in place of the project's.
+// What the widget tests share: a widget's picture and what is dark in it, and a catalogue in place of the
+// project's.
 
 /// The widget as it looks on a device of that pixel ratio; magenta where it paints nothing.
 inline QImage picture(QWidget& widget, double ratio = 1.0)
@@ -18,6 +19,17 @@ inline QImage picture(QWidget& widget, double ratio = 1.0)
     image.fill(Qt::magenta);
     widget.render(&image);
     return image;
+}
+
+/// How many pixels of the area are dark, as text and lines are.
+inline int darkPixels(const QImage& image, const QRect& area)
+{
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x)
+            count += image.pixelColor(x, y).lightness() < 100;
+    }
+    return count;
 }
 
 /// Makes gSignalParser a catalogue of these lines for as long as it lives.
