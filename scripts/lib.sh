@@ -108,6 +108,7 @@ build() {
 start_virtual_display() {
     local number
     exec {display_output}< <(exec Xvfb -displayfd 1 -screen 0 "$1x24" -nolisten tcp 2>build/xvfb.log)
+    # shellcheck disable=SC2034 # for the caller
     display_server=$!
     read -r -t 20 -u "$display_output" number || die "Xvfb did not start, see build/xvfb.log"
     export DISPLAY=:$number QT_QPA_PLATFORM=xcb

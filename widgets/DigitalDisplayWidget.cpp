@@ -18,6 +18,8 @@ namespace {
 constexpr int kValuePointSize = 28;
 constexpr int kSmallestPointSize = 8;
 constexpr int kNamePointSize = 10;
+constexpr int kFrameMs = 16;
+constexpr int kWritesPerFrame = 16; ///< a new text costs more than all else that a value does
 constexpr int kMaxOfferedPlaces = 8;
 constexpr int kMaxShownPlaces = 17; ///< a double has no more digits to tell
 
@@ -30,6 +32,10 @@ class ValueLabel : public QLabel
 {
 public:
     using QLabel::QLabel;
+
+    // Of no use here, and the text is laid out to answer after every value.
+    QSize sizeHint() const override { return {0, fontMetrics().height()}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent* event) override
@@ -69,11 +75,36 @@ DigitalDisplayWidget::DigitalDisplayWidget(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_label);
+
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setTimerType(Qt::PreciseTimer);
+    m_frameTimer.setInterval(kFrameMs);
+    connect(&m_frameTimer, &QTimer::timeout, this, &DigitalDisplayWidget::endFrame);
 }
 
 void DigitalDisplayWidget::setValue(double value)
 {
-    m_label->setText(QString::number(value, 'f', std::clamp(m_decimalPlaces, 0, kMaxShownPlaces)));
+    m_value = value;
+    if (m_writes < kWritesPerFrame)
+        writeLabel();
+    else
+        m_pending = true;
+    if (!m_frameTimer.isActive())
+        m_frameTimer.start();
+}
+
+void DigitalDisplayWidget::endFrame()
+{
+    m_writes = 0;
+    if (m_pending)
+        writeLabel();
+}
+
+void DigitalDisplayWidget::writeLabel()
+{
+    ++m_writes;
+    m_pending = false;
+    m_label->setText(QString::number(m_value, 'f', std::clamp(m_decimalPlaces, 0, kMaxShownPlaces)));
 }
 
 QString DigitalDisplayWidget::typeName() const { return QStringLiteral("DigitalDisplay"); }

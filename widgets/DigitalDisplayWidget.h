@@ -3,6 +3,7 @@
 #include "widgets/DashboardWidget.h"
 
 #include <QPointer>
+#include <QTimer>
 
 class QDoubleSpinBox;
 class QLabel;
@@ -17,7 +18,8 @@ public:
     explicit DigitalDisplayWidget(QWidget* parent = nullptr);
 
     /// Shown in fixed-point notation; NaN and infinities as text. What is too wide is drawn smaller, and
-    /// elided where it would be too small to read.
+    /// elided where it would be too small to read. In a flood the label gets the newest value at the frame's
+    /// end.
     void setValue(double value) override;
     QString typeName() const override;
     QString signalName() const override;
@@ -31,7 +33,14 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void writeLabel();
+    void endFrame();
+
     QLabel* m_label;
+    double m_value = 0.0;
+    QTimer m_frameTimer;
+    int m_writes = 0;       ///< of the label in this frame
+    bool m_pending = false; ///< m_value is not in the label yet
     QString m_signal;
     int m_decimalPlaces = 1; ///< as loaded; bounded only when a value is formatted
     QPointer<QDoubleSpinBox> m_decimalPlacesEditor;

@@ -95,6 +95,14 @@ private Q_SLOTS:
         QCOMPARE(shown(1e9, 1.0), u"1.00000000000000000"_s);
     }
 
+    void displayShowsNewestValueOfAFlood()
+    {
+        DigitalDisplayWidget display;
+        for (int value = 0; value <= 1000; ++value)
+            display.setValue(value);
+        QTRY_COMPARE(display.findChild<QLabel*>()->text(), u"1000.0"_s);
+    }
+
     void displayDrawsWideNumberFromItsStart()
     {
         DigitalDisplayWidget display;
