@@ -84,23 +84,7 @@ bool DashboardSignalParser::parse()
     return true;
 }
 
-void DashboardSignalParser::reset()
-{
-    m_errorString.clear();
-    m_mappings.clear();
-    m_mappingByName.clear();
-    m_firstMappingByName.clear();
-    m_signals.clear();
-    m_firstSignalByEnum.clear();
-    m_stateGroups.clear();
-    m_stateGroupById.clear();
-    m_states.clear();
-    m_statesByGroup.clear();
-    m_stateByKey.clear();
-    m_errors.clear();
-    m_errorById.clear();
-    m_errorByCode.clear();
-}
+void DashboardSignalParser::reset() { *this = DashboardSignalParser(m_path); }
 
 void DashboardSignalParser::parseLine(const QString& line)
 {

@@ -134,7 +134,6 @@ bool LineParser::next(Token& token)
 {
     if (m_token.isEmpty())
         return false;
-    token.whole = m_token;
     if (m_equalSign <= 0) {
         token.kind = Kind::Text;
         token.text = m_token;

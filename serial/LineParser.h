@@ -21,7 +21,6 @@ public:
     struct Token
     {
         Kind kind = Kind::Dropped;
-        QStringView whole;   ///< the token as it stands in the line
         QStringView key;     ///< trimmed; may be empty or anything else without white space
         QStringView text;    ///< trimmed, free text as it stands
         double number = 0.0; ///< of a value; may be NaN or infinite

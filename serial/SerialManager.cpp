@@ -154,9 +154,9 @@ void SerialManager::onError(QSerialPort::SerialPortError error)
         return;
     m_lastError = error;
     const bool gone = error == QSerialPort::ResourceError || error == QSerialPort::ReadError;
-    const bool report = gone && !m_lost;
+    const bool firstLoss = gone && !m_lost;
     m_lost = m_lost || gone;
     Q_EMIT errorOccurred(m_port->errorString());
-    if (report && m_lost) // unless a slot has just reopened the port
+    if (firstLoss && m_lost) // unless a slot has just reopened the port
         Q_EMIT deviceLost();
 }

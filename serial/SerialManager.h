@@ -60,8 +60,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// The system's text, once for a failed open() and each time an open port reports an error.
     void errorOccurred(const QString& message);
-    /// The device went away; once per open(), after its errorOccurred(). The port stays open and goes on
-    /// reporting errors until it is closed, best from the event loop.
+    /// The device went away; once per open(), after its errorOccurred(). The port stays open and may report
+    /// errors without end until it is closed, best from the event loop.
     void deviceLost();
     void portsChanged(const QList<QString>& ports);
 

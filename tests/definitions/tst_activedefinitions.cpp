@@ -1,16 +1,10 @@
 #include "definitions/ActiveDefinitions.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
-namespace {
+#include <utility>
 
-std::unique_ptr<DashboardSignalParser> catalogue()
-{
-    return std::make_unique<DashboardSignalParser>(QString());
-}
-
-} // namespace
+using namespace Qt::StringLiterals;
 
 // Which catalogue is active, and that the one before is still there while its holders are told.
 class ActiveDefinitionsTest : public QObject
@@ -18,75 +12,38 @@ class ActiveDefinitionsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void activatesTheRecordingsCatalogueWhileItHasOne();
-    void keepsTheOldCatalogueUntilHoldersWereTold();
-    void leavesNoDanglingGlobal();
-};
-
-void ActiveDefinitionsTest::activatesTheRecordingsCatalogueWhileItHasOne()
-{
-    ActiveDefinitions definitions;
-    QSignalSpy changed(&definitions, &ActiveDefinitions::changed);
-    QVERIFY(!definitions.active());
-    QVERIFY(!gSignalParser);
-
-    definitions.setProject(catalogue());
-    const DashboardSignalParser* project = gSignalParser;
-    QVERIFY(project);
-    QCOMPARE(definitions.active(), project);
-
-    definitions.setRecording(catalogue());
-    QVERIFY(definitions.active() != project);
-    QCOMPARE(gSignalParser, project);
-    definitions.discardRecording();
-    QCOMPARE(definitions.active(), project);
-    QCOMPARE(changed.size(), 3);
-
-    definitions.setProject(nullptr);
-    definitions.setRecording(nullptr);
-    definitions.discardRecording();
-    QCOMPARE(definitions.active(), project);
-    QCOMPARE(changed.size(), 3);
-
-    definitions.setRecording(catalogue());
-    definitions.setProject(catalogue()); // a new project drops the recording's catalogue
-    QCOMPARE(definitions.active(), gSignalParser);
-}
-
-void ActiveDefinitionsTest::keepsTheOldCatalogueUntilHoldersWereTold()
-{
-    ActiveDefinitions definitions;
-    const DashboardSignalParser* held = nullptr;
-    QStringList oldPaths; // read through the pointer held from before: a sanitizer sees a dead catalogue
-    connect(&definitions, &ActiveDefinitions::changed, this, [&] {
-        if (held)
-            oldPaths.append(held->path());
-        held = definitions.active();
-    });
-    const auto named = [](char name) {
-        return std::make_unique<DashboardSignalParser>(QString(40, QLatin1Char(name)));
-    };
-    definitions.setProject(named('a'));
-    definitions.setRecording(named('b'));
-    definitions.setRecording(named('c'));
-    definitions.discardRecording();
-    definitions.setProject(named('d'));
-    definitions.setRecording(named('e'));
-    definitions.setProject(named('f'));
-    QString first;
-    for (const QString& path : oldPaths)
-        first += path.at(0);
-    QCOMPARE(first, QStringLiteral("abcade"));
-}
-
-void ActiveDefinitionsTest::leavesNoDanglingGlobal()
-{
+    void tellsHoldersWhatIsActiveBeforeTheOldCatalogueDies()
     {
-        ActiveDefinitions definitions;
-        definitions.setProject(catalogue());
+        // Long enough to live on the heap, so that a sanitizer sees it read from a dead catalogue.
+        const auto named = [](char16_t c) { return std::make_unique<DashboardSignalParser>(QString(40, c)); };
+        const auto nameOf = [](auto* catalogue) { return catalogue ? catalogue->path().first(1) : u"-"_s; };
+        auto definitions = std::make_unique<ActiveDefinitions>();
+        const DashboardSignalParser* before = nullptr;
+        const DashboardSignalParser* held = nullptr;
+        QStringList told; // the catalogue from before, the active one, the global one
+        connect(definitions.get(), &ActiveDefinitions::changed, this, [&] {
+            before = std::exchange(held, definitions->active());
+            told += nameOf(before) + nameOf(held) + nameOf(gSignalParser);
+        });
+        connect(definitions.get(), &ActiveDefinitions::projectChanged, this,
+                [&] { told += u"project after "_s + nameOf(before); });
+
+        definitions->setProject(named(u'a'));
+        definitions->setRecording(named(u'b'));
+        definitions->setRecording(named(u'c'));
+        definitions->discardRecording();
+        definitions->setProject(named(u'd'));
+        definitions->setRecording(named(u'e'));
+        definitions->setProject(named(u'f')); // drops the recording's catalogue
+        definitions->setProject(nullptr);
+        definitions->setRecording(nullptr);
+        definitions->discardRecording();
+        QCOMPARE(told.join(u' '),
+                 u"-aa project after - aba bca caa add project after a ded eff project after e"_s);
+        definitions.reset();
+        QVERIFY(!gSignalParser);
     }
-    QVERIFY(!gSignalParser);
-}
+};
 
 QTEST_GUILESS_MAIN(ActiveDefinitionsTest)
 #include "tst_activedefinitions.moc"

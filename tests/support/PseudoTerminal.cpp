@@ -13,6 +13,23 @@ PseudoTerminal::PseudoTerminal() { reopen(); }
 
 PseudoTerminal::~PseudoTerminal() { close(); }
 
+int PseudoTerminal::speed() const
+{
+    termios settings{};
+    if (::tcgetattr(m_master, &settings) != 0)
+        return 0;
+    switch (::cfgetospeed(&settings)) {
+    case B9600:
+        return 9600;
+    case B57600:
+        return 57600;
+    case B115200:
+        return 115200;
+    default:
+        return 0;
+    }
+}
+
 qint64 PseudoTerminal::write(const QByteArray& bytes)
 {
     const ssize_t written = ::write(m_master, bytes.constData(), size_t(bytes.size()));

@@ -17,6 +17,9 @@ public:
     /// The path that a serial port opens; a new one after reopen().
     QString portName() const { return m_portName; }
 
+    /// The bits per second that the serial port has set; 0 when closed or not one of the usual rates.
+    int speed() const;
+
     /// Writes as much as the terminal takes now (it buffers about 4 KB while nobody reads) and returns how
     /// many bytes that was; −1 on failure. It never blocks.
     qint64 write(const QByteArray& bytes);
