@@ -62,6 +62,19 @@ private Q_SLOTS:
         QTRY_VERIFY(counter.paints > 0);
         QVERIFY(!needleIsAt({100, 50}));
     }
+
+    void lostItemsCanBeBroughtBack()
+    {
+        Canvas canvas;
+        QTRY_COMPARE(canvas.scene.sceneRect().size(), QSizeF(canvas.view.viewport()->size()));
+        DashboardItem* far = canvas.add("DigitalDisplay", QRectF(1e6, -1e6, 200, 100));
+        DashboardItem* huge = canvas.add("AnalogGauge", QRectF(-50'000, 0, 16'000, 16'000));
+        DashboardItem* partly = canvas.add("DigitalDisplay", QRectF(-150, 50, 200, 100));
+        canvas.scene.bringOutlyingItemsIntoView();
+        QCOMPARE(far->pos(), QPointF(600, 0));
+        QCOMPARE(huge->pos(), QPointF(0, 0));
+        QCOMPARE(partly->pos(), QPointF(-150, 50));
+    }
 };
 
 QTEST_MAIN(TestDashboardView)
