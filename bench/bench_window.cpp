@@ -10,6 +10,7 @@
 #include "canvas/DesignScene.h"
 #include "licensing/LicenseCheck.h"
 #include "serial/SerialManager.h"
+#include "support/LoopWatch.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QApplication>
@@ -72,32 +73,6 @@ public:
     QString typeName() const override { return QStringLiteral("Probe"); }
     void setValue(double) override { ++count; }
     qint64 count = 0;
-};
-
-/// The longest time for which the event loop did not come round.
-class LoopWatch : public QObject
-{
-public:
-    LoopWatch()
-    {
-        m_timer.setTimerType(Qt::PreciseTimer);
-        connect(&m_timer, &QTimer::timeout, this, &LoopWatch::tick);
-        m_timer.start(kTickMs);
-        m_clock.start();
-    }
-    double longestBlockMs() const { return m_longest; }
-
-private:
-    static constexpr int kTickMs = 2;
-    void tick()
-    {
-        m_longest = std::max(m_longest, double(m_clock.nsecsElapsed()) / 1e6 - kTickMs);
-        m_clock.start();
-    }
-
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    double m_longest = 0.0;
 };
 
 /// Runs the event loop until so many values came; false when there was no further one for some seconds.
@@ -221,6 +196,8 @@ struct Rig
         window.startWith(wanted);
         window.resize(kWindowSize);
         window.show();
+        if (window.scene()->dashboardItems().isEmpty())
+            die("the example's layout did not load");
     }
 
     void open(const QString& port)
@@ -274,7 +251,7 @@ void runExample()
     rig.window.serial()->close(); // the device ends with its reader
     const qint64 sent = linesSent(device);
     print("example_lines_sent", double(sent));
-    print("example_lines_lost", double(sent - probe->count));
+    print("example_lines_lost", std::abs(double(sent - probe->count)));
 }
 
 /// Lines per second through the window; adds the lines that did not arrive to lost.
@@ -291,10 +268,11 @@ double floodWindow(qint64& lost, double& longestBlockMs)
     QElapsedTimer clock;
     clock.start();
     flood.start();
-    waitForValues(*probe, kFloodLines);
+    if (!waitForValues(*probe, kFloodLines))
+        die("the window does not read the flood to its end"); // the writer still waits
     const double seconds = double(clock.nsecsElapsed()) / 1e9;
     longestBlockMs = std::max(longestBlockMs, watch.longestBlockMs());
-    lost += kFloodLines - probe->count;
+    lost += std::abs(kFloodLines - probe->count);
     return double(probe->count) / seconds;
 }
 

@@ -13,7 +13,7 @@ declare -A allowed=(
     [playback]="definitions serial widgets canvas"
     [app]="definitions serial licensing widgets canvas playback"
     [tests]="definitions serial licensing widgets canvas playback app support"
-    [bench]="definitions serial licensing widgets canvas playback app fuzz"
+    [bench]="definitions serial licensing widgets canvas playback app fuzz support"
     [fuzz]="definitions serial licensing widgets canvas playback app support"
 )
 

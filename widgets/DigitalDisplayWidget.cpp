@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -40,21 +41,30 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override
     {
-        const int needed = fontMetrics().horizontalAdvance(text());
+        const double needed = widthIn(font());
         if (needed <= width()) {
             QLabel::paintEvent(event);
             return;
         }
         QPainter painter(this);
         QFont smaller = font();
-        int pointSize = std::max(kSmallestPointSize, kValuePointSize * width() / needed) + 1;
+        int pointSize = std::max(kSmallestPointSize, int(kValuePointSize * width() / needed)) + 1;
         do {
             smaller.setPointSize(--pointSize);
-            painter.setFont(smaller);
-        } while (pointSize > kSmallestPointSize && painter.fontMetrics().horizontalAdvance(text()) > width());
-        const QString shown = painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        } while (pointSize > kSmallestPointSize && widthIn(smaller) > width());
+        painter.setFont(smaller);
+        const QString shown = widthIn(smaller) <= width()
+                                  ? text()
+                                  : painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());
         style()->drawItemText(&painter, rect(), Qt::AlignCenter, palette(), isEnabled(), shown,
                               foregroundRole());
+    }
+
+private:
+    /// Not rounded down, as a fraction of a pixel too much would be elided with a whole digit.
+    double widthIn(const QFont& font) const
+    {
+        return std::ceil(QFontMetricsF(font, this).horizontalAdvance(text()));
     }
 };
 
@@ -96,6 +106,12 @@ void DigitalDisplayWidget::setValue(double value)
 void DigitalDisplayWidget::endFrame()
 {
     m_writes = 0;
+    writePending();
+}
+
+// Also before other decimal places come into force: they are for the values after.
+void DigitalDisplayWidget::writePending()
+{
     if (m_pending)
         writeLabel();
 }
@@ -115,6 +131,7 @@ void DigitalDisplayWidget::assignSignal(const QString& name) { m_signal = name; 
 
 void DigitalDisplayWidget::loadConfig(const QJsonObject& config)
 {
+    writePending();
     if (config.contains(kSignalKey))
         m_signal = config.value(kSignalKey).toString();
     if (config.contains(kDecimalPlacesKey)) {
@@ -141,6 +158,7 @@ void DigitalDisplayWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 
 void DigitalDisplayWidget::applyConfigUI()
 {
+    writePending();
     if (m_decimalPlacesEditor)
         m_decimalPlaces = static_cast<int>(m_decimalPlacesEditor->value());
 }

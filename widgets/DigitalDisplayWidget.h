@@ -34,6 +34,7 @@ protected:
 
 private:
     void writeLabel();
+    void writePending();
     void endFrame();
 
     QLabel* m_label;

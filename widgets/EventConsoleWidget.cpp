@@ -27,6 +27,7 @@ constexpr int kOfferedMinLines = 50;
 constexpr int kMaxLines = 100'000;
 constexpr qsizetype kMaxLineCharacters = 1000;
 constexpr qsizetype kFlushCharacters = 50'000; ///< about what is laid out in a frame's time
+constexpr qsizetype kUsualLineLength = 60;
 constexpr int kFlushesToReplaceAll = 8;
 constexpr qint64 kFrameMs = 16;
 /// A slow flush (very many lines kept) takes about a fifth of the time.
@@ -250,7 +251,8 @@ void EventConsoleWidget::writePending()
     // behind.
     const qsizetype portion = m_editor->document()->blockCount() / kFlushesToReplaceAll;
     qsizetype count = 0;
-    while (count < m_pending.size() && (count < portion || lines.size() < kFlushCharacters)) {
+    while (count < m_pending.size() &&
+           lines.size() < std::max(kFlushCharacters, portion * kUsualLineLength)) {
         const Event& event = m_pending.at(count++);
         if (std::exchange(needsBlock, true))
             lines += QChar(QChar::ParagraphSeparator);

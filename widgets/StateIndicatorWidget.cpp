@@ -46,7 +46,7 @@ void StateIndicatorWidget::setGroupId(const QString& id)
     if (id == m_groupId)
         return;
     const QString trimmed = id.trimmed();
-    if (trimmed != m_groupId) {
+    if (trimmed.compare(m_groupId, Qt::CaseInsensitive) != 0) { // as states find their group
         m_stateId.clear();
         m_stateLabel.clear();
     }

@@ -5,6 +5,7 @@
 #include "canvas/DesignScene.h"
 #include "licensing/LicenseCheck.h"
 #include "serial/SerialManager.h"
+#include "support/LoopWatch.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QDir>
@@ -15,7 +16,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextEdit>
-#include <QTimer>
 
 #include <algorithm>
 #include <ctime>
@@ -47,31 +47,6 @@ public:
     qint64 count = 0;
     qint64 gaps = 0;
     double last = -1;
-};
-
-/// The longest time for which the event loop did not come round.
-class LoopWatch : public QObject
-{
-public:
-    LoopWatch()
-    {
-        m_timer.setTimerType(Qt::PreciseTimer);
-        connect(&m_timer, &QTimer::timeout, this, &LoopWatch::tick);
-        m_timer.start(kTickMs);
-        m_clock.start();
-    }
-    double longestBlockMs() const { return m_longest; }
-
-private:
-    static constexpr int kTickMs = 2;
-    void tick()
-    {
-        m_longest = std::max(m_longest, double(m_clock.nsecsElapsed()) / 1e6 - kTickMs), m_clock.start();
-    }
-
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    double m_longest = 0.0;
 };
 
 qint64 residentBytes()
