@@ -2,7 +2,6 @@
 
 #include <QFileInfo>
 #include <QLocale>
-#include <QSerialPortInfo>
 #include <QStringList>
 
 #include <algorithm>
@@ -100,10 +99,11 @@ double ConnectionStatus::linesPerSecond() const
 void ConnectionStatus::refresh()
 {
     setToolTip(statusText(m_port));
-    // By-id links are longer than the status bar.
-    const QString port = fontMetrics().elidedText(QFileInfo(m_port).fileName(), Qt::ElideMiddle, kPortWidth);
-    const QString shown = m_port.startsWith(QLatin1String("/dev/pts/")) ? m_port : port;
-    setText(fontMetrics().elidedText(statusText(shown), Qt::ElideRight, kTextWidth));
+    // By-id links are longer than the status bar: then the file name says enough.
+    const QString name =
+        fontMetrics().horizontalAdvance(m_port) > kPortWidth ? QFileInfo(m_port).fileName() : m_port;
+    const QString port = fontMetrics().elidedText(name, Qt::ElideMiddle, kPortWidth);
+    setText(fontMetrics().elidedText(statusText(port), Qt::ElideRight, kTextWidth));
 }
 
 QString ConnectionStatus::statusText(const QString& port) const
@@ -138,8 +138,9 @@ QString ConnectionStatus::statusText(const QString& port) const
 
 QString ConnectionStatus::permissionHint(const QString& portName)
 {
-    const QString listed = QSerialPortInfo(portName).systemLocation();
-    const QFileInfo device(listed.isEmpty() ? portName : listed);
+    // A name that is no path means a device in /dev, also one that is not listed.
+    const bool isPath = portName.startsWith(QLatin1Char('/')) || portName.startsWith(QLatin1Char('.'));
+    const QFileInfo device(isPath ? portName : QStringLiteral("/dev/") + portName);
     // A port that another program has locked reports a missing permission, too.
     if (device.isReadable())
         return tr(" (another program uses it?)");

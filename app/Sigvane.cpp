@@ -118,10 +118,13 @@ void Sigvane::setupSerialUi()
     connect(m_serialControls, &SerialControls::opened, m_connection, &ConnectionStatus::showOpened);
     connect(m_serialControls, &SerialControls::closed, m_connection, &ConnectionStatus::showClosed);
     connect(m_serialControls, &SerialControls::lost, m_connection, &ConnectionStatus::showLost);
-    connect(m_serialControls, &SerialControls::opened, this, [this] { updateStatusLabel(m_mode); });
+    connect(m_serialControls, &SerialControls::opened, this, [this] {
+        if (statusBar()->currentMessage() == m_notice)
+            updateStatusLabel(m_mode);
+    });
     connect(m_serialControls, &SerialControls::statusMessage, statusBar(), &QStatusBar::showMessage);
     connect(m_serialControls, &SerialControls::lost, this,
-            [this] { statusBar()->showMessage(tr("The device is gone. Press Connect when it is back.")); });
+            [this] { showNotice(tr("The device is gone. Press Connect when it is back.")); });
 }
 
 void Sigvane::connectSerialSignals()
@@ -365,10 +368,10 @@ void Sigvane::reloadDefinitions()
         statusBar()->showMessage(tr("No definitions to reload: open a project first."), kProjectMessageMs);
         return;
     }
-    const QString title = windowTitle();
     if (!loadSignalsDef(path))
         return;
-    setWindowTitle(title); // the project's, if it stood there
+    if (!projectDir().isEmpty() && path == m_project->file(QStringLiteral("dashboard_signals.def")))
+        setWindowTitle(tr("Sigvane — %1").arg(projectDir()));
     reapplyMappingsToCurrentValues();
     statusBar()->showMessage(tr("Definitions reloaded: %1").arg(path), kProjectMessageMs);
 }
@@ -421,7 +424,13 @@ void Sigvane::reportProblems(const QStringList& problems)
         return;
     for (const QString& problem : problems)
         std::fprintf(stderr, "sigvane: %s\n", qPrintable(problem));
-    statusBar()->showMessage(problems.join(QStringLiteral("  ·  ")), 0);
+    showNotice(problems.join(QStringLiteral("  ·  ")));
+}
+
+void Sigvane::showNotice(const QString& text)
+{
+    m_notice = text;
+    statusBar()->showMessage(text, 0);
 }
 
 // --- Licence -----------------------------------------------------------------------------------------------

@@ -109,6 +109,8 @@ private:
     QString licenseText() const;
     void refreshLicenseChip();
     void reportProblems(const QStringList& problems);
+    /// Shown until something else is, a port is opened or the mode changes.
+    void showNotice(const QString& text);
 
     ActiveDefinitions m_definitions;
     Mode m_mode = Idle;
@@ -122,4 +124,5 @@ private:
     ProjectFolder* m_project = nullptr;
     ConnectionStatus* m_connection = nullptr;
     QPointer<LicenseCheck> m_license;
+    QString m_notice;
 };

@@ -5,6 +5,7 @@
 #include "canvas/StackingOrder.h"
 
 #include <QDataStream>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -34,16 +35,17 @@ QString startFolder(const QString& folder)
 
 QString base64(const QByteArray& bytes) { return QString::fromLatin1(bytes.toBase64()); }
 
-/// Whether this window could have written that state. The toolkit believes the counts in it and would loop as
-/// often as they say. The window has toolbars and no docks; a state with docks is not one of ours.
-bool isOwnWindowState(const QByteArray& state)
+/// Whether a window whose toolbars all stand visibly at the top, and that has no docks, could have written
+/// that state. The toolkit believes the counts in it and would loop as often as they say, and a toolbar that
+/// a layout hid or moved away could not be got back.
+bool isUsableWindowState(const QByteArray& state)
 {
-    constexpr int kVersionMarker = 0xff;
+    constexpr qint32 kVersionMarker = 0xff;
     constexpr quint8 kDockMarker = 0xfd;
     constexpr quint8 kToolBarMarker = 0xfc;
     constexpr qint64 kDockGeometryBytes = 6 * sizeof(qint32); // the central widget's size and four corners
-    constexpr int kMaxToolBars = 64;
-    constexpr qint64 kToolBarGeometryBytes = sizeof(quint8) + 4 * sizeof(qint32);
+    constexpr qint32 kTopArea = 2;
+    constexpr qint32 kMaxToolBars = 64;
 
     QDataStream stream(state);
     qint32 marker = 0;
@@ -62,12 +64,17 @@ bool isOwnWindowState(const QByteArray& state)
         qint32 area = 0;
         qint32 toolBars = 0;
         stream >> area >> toolBars;
-        if (toolBars < 0 || toolBars > kMaxToolBars)
+        if (area != kTopArea || toolBars < 0 || toolBars > kMaxToolBars)
             return false;
         for (int i = 0; i < toolBars; ++i) {
             QString name;
-            stream >> name;
-            stream.skipRawData(kToolBarGeometryBytes);
+            quint8 shown = 0;
+            qint32 position = 0;
+            qint32 size = 0;
+            quint32 geometry[2] = {}; // of a floating toolbar; the lowest bit says whether it is one
+            stream >> name >> shown >> position >> size >> geometry[0] >> geometry[1];
+            if (shown != 1 || (geometry[0] & 1U) != 0)
+                return false;
         }
     }
     return stream.status() == QDataStream::Ok && stream.atEnd();
@@ -132,14 +139,18 @@ QString LayoutFile::saveTo(const QString& path)
     normalizeZOrder(m_scene);
     const QByteArray bytes = QJsonDocument(toJson()).toJson(QJsonDocument::Indented);
     // Where no new file may be made, the old one is written over; what it held is put back when that fails.
-    const bool overwrites = existing.exists() && !QFileInfo(existing.absolutePath()).isWritable();
-    QFile old(path);
-    const QByteArray before = overwrites && old.open(QIODevice::ReadOnly) ? old.readAll() : QByteArray();
+    QFile old(existing.exists() ? existing.canonicalFilePath() : path);
+    const bool overwrites = existing.exists() && !QFileInfo(QFileInfo(old).absolutePath()).isWritable();
+    if (overwrites && !old.open(QIODevice::ReadOnly))
+        return failure;
+    const QByteArray before = overwrites ? old.readAll() : QByteArray();
     old.close();
     if (writeWhole(path, bytes))
         return {};
-    if (!before.isEmpty() && old.open(QIODevice::WriteOnly))
-        old.write(before);
+    const bool restored =
+        !overwrites || (old.open(QIODevice::WriteOnly) && old.write(before) == before.size() && old.flush());
+    if (!restored)
+        qWarning("The old layout %s could not be restored", qPrintable(old.fileName()));
     return failure;
 }
 
@@ -202,7 +213,7 @@ void LayoutFile::restoreWindow(const QJsonObject& layout)
     m_window->restoreGeometry(fromBase64(layout.value(QLatin1String("windowGeometry"))));
     keepWindowOnScreen();
     const QByteArray state = fromBase64(layout.value(QLatin1String("windowState")));
-    if (isOwnWindowState(state))
+    if (isUsableWindowState(state))
         m_window->restoreState(state);
     if (layout.value(QLatin1String("isFullScreen")).toBool())
         m_window->showFullScreen();

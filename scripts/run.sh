@@ -12,8 +12,10 @@ screenshot=build/screenshot.png
 seconds_on_virtual_display=12
 
 own_processes=()
+display_server=
 end_own_processes() {
     trap - EXIT
+    [ -z "$display_server" ] || own_processes+=("$display_server")
     [ ${#own_processes[@]} -eq 0 ] || kill "${own_processes[@]}" 2>/dev/null || true
     wait
 }
@@ -68,7 +70,6 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
 else
     step "no display here: using a virtual one for $seconds_on_virtual_display seconds"
     start_virtual_display 1440x900
-    own_processes+=("$display_server")
     start_sigvane "$@"
     take_screenshot
 fi

@@ -75,6 +75,7 @@ private Q_SLOTS:
             rig.type(rig.baud, bad);
             QVERIFY(rig.open(device.portName()));
             QCOMPARE(rig.baud->currentText(), u"1920"_s); // the last good one
+            QVERIFY(rig.window.statusBar()->currentMessage().contains(bad));
             rig.button->click();
         }
     }

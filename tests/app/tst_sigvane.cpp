@@ -209,6 +209,11 @@ private Q_SLOTS:
         reload->trigger();
         QCOMPARE(answer.titles().size(), 2);
         QVERIFY(answer.texts().last().contains(broken));
+        QVERIFY(QDir(broken).rmdir(u"dashboard_signals.def"_s));
+        QVERIFY(write(broken + u"/dashboard_signals.def"_s, signal));
+        reload->trigger();
+        QCOMPARE(window.windowTitle(), u"Sigvane — "_s + broken);
+        QCOMPARE(shown(), u"21.0"_s);
     }
 
     void startsWithWhatCanBeUsed()

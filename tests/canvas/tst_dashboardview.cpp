@@ -63,6 +63,21 @@ private Q_SLOTS:
         QVERIFY(!needleIsAt({100, 50}));
     }
 
+    void gridIsCrispAndOfDesignModeOnly()
+    {
+        Canvas canvas;
+        QVERIFY(QTest::qWaitForWindowExposed(&canvas.view));
+        const auto pixel = [&canvas](int x, int y) {
+            return canvas.view.viewport()->grab().toImage().pixelColor(x, y);
+        };
+        QCOMPARE(pixel(20, 5), QApplication::palette().color(QPalette::Window));
+        canvas.setDesignMode(true);
+        QCOMPARE(pixel(20, 5), QColor(220, 220, 220));
+        QCOMPARE(pixel(5, 30), QColor(220, 220, 220));
+        for (const QPoint& beside : {QPoint(19, 5), QPoint(21, 5), QPoint(5, 31)})
+            QCOMPARE(pixel(beside.x(), beside.y()), QColor(Qt::white));
+    }
+
     void lostItemsCanBeBroughtBack()
     {
         Canvas canvas;

@@ -86,20 +86,29 @@ private Q_SLOTS:
     {
         Canvas canvas;
         QMainWindow window;
-        auto* bar = window.addToolBar(u"bar"_s);
-        bar->setObjectName(u"bar"_s);
-        bar->setVisible(false);
+        QList<QToolBar*> bars;
+        for (const QString& name : {u"a"_s, u"b"_s}) {
+            bars.append(window.addToolBar(name));
+            bars.last()->setObjectName(name);
+        }
+        window.insertToolBarBreak(bars[1]);
         window.resize(500, 400);
         window.show();
         LayoutFile layout(&window, &canvas.scene);
         const QString path = m_dir.filePath(u"window.json"_s);
         QCOMPARE(layout.saveTo(path), QString());
         QJsonObject saved = QJsonDocument::fromJson(read(path)).object();
-        bar->setVisible(true);
+        window.removeToolBarBreak(bars[1]);
         window.resize(300, 300);
         QCOMPARE(layout.loadFrom(path), QString());
         QCOMPARE(window.size(), QSize(500, 400));
-        QVERIFY(!bar->isVisible());
+        QVERIFY(window.toolBarBreak(bars[1]));
+
+        bars[0]->hide(); // a state that would hide a toolbar is not taken
+        saved.insert(u"windowState"_s, QString::fromLatin1(window.saveState().toBase64()));
+        bars[0]->show();
+        QCOMPARE(layout.loadFrom(write(path, QJsonDocument(saved).toJson())), QString());
+        QVERIFY(bars[0]->isVisible());
 
         saved.insert(u"isMaximized"_s, true);
         saved.insert(u"isFullScreen"_s, true);
