@@ -66,6 +66,9 @@ void DashboardWidgetConfigDialog::applyConfig()
         QString name = m_signalChoice->currentData().toString();
         if (name.isEmpty())
             name = m_signalChoice->currentText();
+        const QString before = m_widget->assignedSignalList().value(0);
+        if (canonical(before) == name)
+            name = before; // with the text behind its colon
         if (!name.isEmpty())
             m_widget->assignSignals({name});
     }
@@ -120,6 +123,8 @@ void DashboardWidgetConfigDialog::setupSignalChoice()
         int index = m_signalChoice->findData(assigned.first());
         if (index < 0)
             index = m_signalChoice->findText(assigned.first(), Qt::MatchContains);
+        if (index < 0) // an entry with a text behind its colon; OK must not put another signal in its place
+            index = m_signalChoice->findData(canonical(assigned.first()));
         if (index >= 0)
             m_signalChoice->setCurrentIndex(index);
     }

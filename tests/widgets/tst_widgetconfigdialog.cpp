@@ -34,6 +34,8 @@ private Q_SLOTS:
         QCOMPARE(assigned({}), QStringList{"SIG_A"});
         QCOMPARE(assigned({"sig_a", "SIG_B"}), QStringList{"sig_a"});
         QCOMPARE(assigned({"INNER"}), QStringList{"SIG_B"}); // part of the text
+        QCOMPARE(assigned({"SIG_B: bar"}), QStringList{"SIG_B: bar"});
+        QCOMPARE(assigned({"SIG_X: bar"}), QStringList{"SIG_A"});
     }
 
     void assignsSelectedSignals()
