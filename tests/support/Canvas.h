@@ -44,20 +44,14 @@ struct Canvas
 
     QPoint at(const QPointF& scenePos) const { return view.mapFromScene(scenePos); }
 
-    void press(const QPointF& pos, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QTest::mousePress(view.viewport(), button, {}, at(pos));
-    }
+    void press(const QPointF& pos) { QTest::mousePress(view.viewport(), Qt::LeftButton, {}, at(pos)); }
     void move(const QPointF& pos, Qt::MouseButtons buttons = Qt::LeftButton)
     {
         QMouseEvent event(QEvent::MouseMove, at(pos), view.viewport()->mapToGlobal(at(pos)), Qt::NoButton,
                           buttons, {});
         QCoreApplication::sendEvent(view.viewport(), &event);
     }
-    void release(const QPointF& pos, Qt::MouseButton button = Qt::LeftButton)
-    {
-        QTest::mouseRelease(view.viewport(), button, {}, at(pos));
-    }
+    void release(const QPointF& pos) { QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, at(pos)); }
     void drag(const QPointF& from, const QPointF& to)
     {
         press(from);
