@@ -1,17 +1,16 @@
 #include "widgets/AnalogGaugeWidget.h"
 
+#include "widgets/ConfigEditors.h"
 #include "widgets/FileNumbers.h"
 #include "widgets/SignalCaption.h"
+#include "widgets/SizedFont.h"
 
-#include <QDoubleSpinBox>
-#include <QFormLayout>
 #include <QPainter>
 #include <QRadialGradient>
 #include <QtMath>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -24,6 +23,7 @@ constexpr int kLabels = 11;
 constexpr int kLabelRadius = 60;
 constexpr int kMaxFacePixels = 2048; ///< a larger face is drawn directly: its pixmap would take over 16 MB
 constexpr double kEditorLimit = 1'000'000'000.0;
+constexpr int kEditorDecimals = 1;
 
 constexpr QLatin1String kMinKey("min");
 constexpr QLatin1String kMaxKey("max");
@@ -42,27 +42,6 @@ void enterDial(QPainter& painter, const QPointF& centre, int side)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(centre);
     painter.scale(side / kDialSize, side / kDialSize);
-}
-
-QFont sizedFont(QFont font, int pointSize)
-{
-    font.setPointSize(pointSize);
-    return font;
-}
-
-int cutToInt(const QJsonValue& value)
-{
-    using Limits = std::numeric_limits<int>;
-    return jsonInt(value, Limits::min(), Limits::max(), 0);
-}
-
-QDoubleSpinBox* makeLimitEditor(double value, QWidget* parent)
-{
-    auto* editor = new QDoubleSpinBox(parent);
-    editor->setRange(-kEditorLimit, kEditorLimit);
-    editor->setDecimals(1);
-    editor->setValue(value);
-    return editor;
 }
 
 } // namespace
@@ -99,22 +78,19 @@ void AnalogGaugeWidget::assignSignal(const QString& name) { m_signal = name; }
 void AnalogGaugeWidget::loadConfig(const QJsonObject& config)
 {
     if (config.contains(kMinKey) && config.contains(kMaxKey))
-        setRange(cutToInt(config.value(kMinKey)), cutToInt(config.value(kMaxKey)));
+        setRange(jsonInt(config.value(kMinKey), 0), jsonInt(config.value(kMaxKey), 0));
 }
 
 QJsonObject AnalogGaugeWidget::saveConfig() const { return {{kMinKey, m_minimum}, {kMaxKey, m_maximum}}; }
 
 void AnalogGaugeWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
-    m_minimumEditor = makeLimitEditor(m_minimum, parent);
-    m_minimumEditor->setAccessibleName(tr("Minimum value"));
-    m_minimumEditor->setToolTip(tr("The value at the lower end of the scale"));
-    form->addRow(tr("Min Value:"), m_minimumEditor);
-
-    m_maximumEditor = makeLimitEditor(m_maximum, parent);
-    m_maximumEditor->setAccessibleName(tr("Maximum value"));
-    m_maximumEditor->setToolTip(tr("The value at the upper end of the scale"));
-    form->addRow(tr("Max Value:"), m_maximumEditor);
+    m_minimumEditor =
+        addEditor(form, tr("Min Value:"), newDoubleEditor(m_minimum, kEditorLimit, kEditorDecimals, parent),
+                  tr("The value at the lower end of the scale"));
+    m_maximumEditor =
+        addEditor(form, tr("Max Value:"), newDoubleEditor(m_maximum, kEditorLimit, kEditorDecimals, parent),
+                  tr("The value at the upper end of the scale"));
 }
 
 void AnalogGaugeWidget::applyConfigUI()

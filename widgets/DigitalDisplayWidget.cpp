@@ -1,10 +1,11 @@
 #include "widgets/DigitalDisplayWidget.h"
 
+#include "widgets/ConfigEditors.h"
 #include "widgets/FileNumbers.h"
 #include "widgets/SignalCaption.h"
+#include "widgets/SizedFont.h"
 
 #include <QDoubleSpinBox>
-#include <QFormLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QStyle>
@@ -12,7 +13,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -74,9 +74,7 @@ DigitalDisplayWidget::DigitalDisplayWidget(QWidget* parent)
     : DashboardWidget(parent)
     , m_label(new ValueLabel(QStringLiteral("0"), this))
 {
-    QFont font = m_label->font();
-    font.setPointSize(kValuePointSize);
-    m_label->setFont(font);
+    m_label->setFont(sizedFont(m_label->font(), kValuePointSize));
     m_label->setAlignment(Qt::AlignCenter);
     m_label->setTextFormat(Qt::PlainText);
     // 1e308 has 309 digits: the text must never decide how wide the widget has to be.
@@ -134,10 +132,8 @@ void DigitalDisplayWidget::loadConfig(const QJsonObject& config)
     writePending();
     if (config.contains(kSignalKey))
         m_signal = config.value(kSignalKey).toString();
-    if (config.contains(kDecimalPlacesKey)) {
-        using Limits = std::numeric_limits<int>;
-        m_decimalPlaces = jsonInt(config.value(kDecimalPlacesKey), Limits::min(), Limits::max(), 0);
-    }
+    if (config.contains(kDecimalPlacesKey))
+        m_decimalPlaces = jsonInt(config.value(kDecimalPlacesKey), 0);
 }
 
 QJsonObject DigitalDisplayWidget::saveConfig() const
@@ -151,9 +147,8 @@ void DigitalDisplayWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
     m_decimalPlacesEditor->setRange(0, kMaxOfferedPlaces);
     m_decimalPlacesEditor->setDecimals(0);
     m_decimalPlacesEditor->setValue(m_decimalPlaces);
-    m_decimalPlacesEditor->setAccessibleName(tr("Decimal places"));
-    m_decimalPlacesEditor->setToolTip(tr("Digits after the decimal point, from the next value on"));
-    form->addRow(tr("Decimal Places:"), m_decimalPlacesEditor);
+    addEditor(form, tr("Decimal Places:"), m_decimalPlacesEditor.data(),
+              tr("Digits after the decimal point, from the next value on"));
 }
 
 void DigitalDisplayWidget::applyConfigUI()
@@ -169,9 +164,7 @@ void DigitalDisplayWidget::paintEvent(QPaintEvent*)
         return;
     const SignalCaption caption = signalCaption(assignedSignalList());
     QPainter painter(this);
-    QFont font = painter.font();
-    font.setPointSize(kNamePointSize);
-    painter.setFont(font);
+    painter.setFont(sizedFont(painter.font(), kNamePointSize));
     painter.setPen(Qt::black);
     painter.drawText(QRect(0, 25, width(), height() + 25), Qt::AlignCenter, caption.description);
     painter.drawText(QRect(0, 35, width(), height() + 35), Qt::AlignCenter, caption.name);

@@ -1,15 +1,13 @@
 #include "widgets/EventConsoleWidget.h"
 
+#include "widgets/ConfigEditors.h"
 #include "widgets/FileNumbers.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QCheckBox>
 #include <QEvent>
-#include <QFormLayout>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <QSpinBox>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextEdit>
@@ -17,7 +15,6 @@
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace {
@@ -114,8 +111,7 @@ QString EventConsoleWidget::formatTime(double tSec)
 
 void EventConsoleWidget::loadConfig(const QJsonObject& config)
 {
-    using Limits = std::numeric_limits<int>;
-    setMaxLines(jsonInt(config.value(kMaxLinesKey), Limits::min(), Limits::max(), m_maxLines));
+    setMaxLines(jsonInt(config.value(kMaxLinesKey), m_maxLines));
     setAutoScroll(config.value(kAutoScrollKey).toBool(m_autoScroll));
 }
 
@@ -126,20 +122,13 @@ QJsonObject EventConsoleWidget::saveConfig() const
 
 void EventConsoleWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
-    m_maxLinesEditor = new QSpinBox(parent);
-    m_maxLinesEditor->setRange(kOfferedMinLines, kMaxLines);
-    m_maxLinesEditor->setValue(m_maxLines);
+    m_maxLinesEditor =
+        addEditor(form, tr("Max lines:"), newIntEditor(m_maxLines, kOfferedMinLines, kMaxLines, parent),
+                  tr("How many of the newest lines are kept"));
     // A number is taken when it is complete: on the way to 500 it is 50 for a moment.
     m_maxLinesEditor->setKeyboardTracking(false);
-    m_maxLinesEditor->setAccessibleName(tr("Maximum number of lines"));
-    m_maxLinesEditor->setToolTip(tr("How many of the newest lines are kept"));
-    form->addRow(tr("Max lines:"), m_maxLinesEditor);
-
-    m_autoScrollEditor = new QCheckBox(tr("Auto-scroll"), parent);
-    m_autoScrollEditor->setChecked(m_autoScroll);
-    m_autoScrollEditor->setAccessibleName(tr("Auto-scroll"));
-    m_autoScrollEditor->setToolTip(tr("Keep the newest line in sight"));
-    form->addRow(m_autoScrollEditor);
+    m_autoScrollEditor =
+        addCheckBox(form, tr("Auto-scroll"), m_autoScroll, tr("Keep the newest line in sight"), parent);
 }
 
 void EventConsoleWidget::applyConfigUI()

@@ -1,7 +1,6 @@
 #include "widgets/MessagesConsoleWidget.h"
 
-#include <QCheckBox>
-#include <QSpinBox>
+#include "widgets/ConfigEditors.h"
 
 MessagesConsoleWidget::MessagesConsoleWidget(QWidget* parent)
     : EventConsoleWidget(tr("No messages"), parent)

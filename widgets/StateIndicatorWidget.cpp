@@ -2,6 +2,7 @@
 
 #include "definitions/DashboardSignalParser.h"
 #include "widgets/FileNumbers.h"
+#include "widgets/SizedFont.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <limits>
 #include <utility>
 
 namespace {
@@ -91,8 +91,7 @@ void StateIndicatorWidget::loadConfig(const QJsonObject& config)
 {
     if (config.contains(kGroupKey))
         setGroupId(config.value(kGroupKey).toString());
-    using Limits = std::numeric_limits<int>;
-    m_corner = jsonInt(config.value(kCornerKey), Limits::min(), Limits::max(), m_corner);
+    m_corner = jsonInt(config.value(kCornerKey), m_corner);
     update();
 }
 
@@ -132,9 +131,7 @@ void StateIndicatorWidget::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(rect(), palette().color(QPalette::Window));
-    QFont font = this->font();
-    font.setPointSize(kPointSize);
-    painter.setFont(font);
+    painter.setFont(sizedFont(font(), kPointSize));
     const int fontHeight = painter.fontMetrics().height();
     const int innerWidth = width() - 2 * kPadding;
 
