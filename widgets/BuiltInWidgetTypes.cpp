@@ -4,6 +4,7 @@
 #include "widgets/ErrorConsoleWidget.h"
 #include "widgets/MessagesConsoleWidget.h"
 #include "widgets/StateIndicatorWidget.h"
+#include "widgets/TrendPlotWidget.h"
 
 // The table of the types that come with the program, apart from the registry, which knows no widget.
 
@@ -23,6 +24,7 @@ void DashboardWidgetFactory::registerBuiltInTypes()
     // A saved layout finds its types by these names: each is what the widget's typeName() returns.
     add<AnalogGaugeWidget>(*this, QLatin1String("AnalogGauge"), QLatin1String("gauge.png"));
     add<DigitalDisplayWidget>(*this, QLatin1String("DigitalDisplay"), QLatin1String("display.png"));
+    add<TrendPlotWidget>(*this, QLatin1String("TrendPlot"), QLatin1String("line_chart.png"));
     add<StateIndicatorWidget>(*this, QLatin1String("StateIndicator"), QLatin1String("state.png"));
     add<ErrorConsoleWidget>(*this, QLatin1String("ErrorConsole"), QLatin1String("error_console.png"));
     add<MessagesConsoleWidget>(*this, QLatin1String("MessagesConsole"), QLatin1String("message-console.png"));

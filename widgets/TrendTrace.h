@@ -1,0 +1,37 @@
+#pragma once
+
+#include "widgets/TrendGeometry.h"
+#include "widgets/ValueScale.h"
+
+#include <QLine>
+#include <QList>
+#include <QRect>
+
+class TrendSeries;
+
+// From the samples of one signal to the lines that show it: pure functions, without painter or widget.
+// Samples that fall into one pixel column become one vertical line over all that they cover, joined to its
+// neighbours at the first and the last of them: the same pixels as a line from sample to sample, at a cost
+// that is bounded by the columns. A sample alone in its column is drawn as it is. NaN interrupts the trace;
+// infinite values lie at the edge.
+
+/// The window of the plot: which time and which value lie where.
+struct TrendAxes
+{
+    QRect plot;    ///< width and height at least 1
+    qint64 t0;     ///< the left edge
+    qint64 window; ///< how much later the right edge is; nothing is shown when it is negative
+    ValueScale values;
+
+    qint64 t1() const { return t0 + window; }
+    int x(qint64 t) const { return TrendGeometry::xForTime(plot, t0, t1(), t); }
+    int y(double value) const { return plot.bottom() - values.pixels(value, plot.height()); }
+};
+
+/// Straight lines from sample to sample, from the left edge on. Nothing when no sample lies in the window.
+QList<QLine> segmentLines(const TrendSeries& series, const TrendAxes& axes);
+/// Every value is held until the next one, the last one until now.
+QList<QLine> stepLines(const TrendSeries& series, const TrendAxes& axes);
+/// One vertical line per column, from the smallest to the largest value in it. Values off the scale lead off
+/// the plot.
+QList<QLine> columnLines(const TrendSeries& series, const TrendAxes& axes);
