@@ -41,7 +41,7 @@ void TrendAxesPainter::drawGrid()
     m_painter.drawLines(lines);
 }
 
-void TrendAxesPainter::drawAxesAndZero(double min, double max, int timeWindowMs)
+void TrendAxesPainter::drawAxesAndZero(double min, double max, int timeWindowMs, const QList<QRect>& covered)
 {
     const int bottom = m_plot.bottom();
     m_painter.setPen(QPen(QColor(160, 160, 160), 1));
@@ -60,7 +60,7 @@ void TrendAxesPainter::drawAxesAndZero(double min, double max, int timeWindowMs)
         m_painter.drawLine(m_plot.left(), zero, m_plot.right(), zero);
         addValueLabel(0.0, zero - 8, kEndLabelHeight);
     }
-    drawTimeTicks(timeWindowMs);
+    drawTimeTicks(timeWindowMs, covered);
     const int fontHeight = m_painter.fontMetrics().height();
     const QList<TrendGeometry::ValueTick> ticks =
         TrendGeometry::valueTicks(scale.low, scale.high, m_divisions);
@@ -71,7 +71,7 @@ void TrendAxesPainter::drawAxesAndZero(double min, double max, int timeWindowMs)
     drawValueLabels();
 }
 
-void TrendAxesPainter::drawTimeTicks(int timeWindowMs)
+void TrendAxesPainter::drawTimeTicks(int timeWindowMs, const QList<QRect>& covered)
 {
     const QFontMetrics metrics = m_painter.fontMetrics();
     const int top = m_plot.bottom() + 6;
@@ -86,7 +86,9 @@ void TrendAxesPainter::drawTimeTicks(int timeWindowMs)
         QRect box(0, top, metrics.horizontalAdvance(text) + 1, metrics.height());
         box.moveLeft(std::max(x - box.width() / 2, m_plot.left()));
         box.moveLeft(std::min(box.left(), m_plot.right() - box.width() + 1));
-        if (box.right() + kMinimumTimeLabelGap > roomUntil)
+        const bool hidden = std::any_of(covered.cbegin(), covered.cend(),
+                                        [&box](const QRect& other) { return other.intersects(box); });
+        if (hidden || box.right() + kMinimumTimeLabelGap > roomUntil)
             continue;
         roomUntil = box.left();
         m_painter.setPen(Qt::black);

@@ -16,8 +16,9 @@ public:
     TrendAxesPainter(QPainter& painter, const QRect& plot, const TrendGeometry::Frame& frame, int divisions);
 
     void drawGrid();
-    /// The limits of the values at the lower and the upper edge, and the width of the time span.
-    void drawAxesAndZero(double min, double max, int timeWindowMs);
+    /// The limits of the values at the lower and the upper edge, and the width of the time span. Labels of
+    /// times leave out what will be covered.
+    void drawAxesAndZero(double min, double max, int timeWindowMs, const QList<QRect>& covered);
 
 private:
     struct ValueLabel
@@ -26,7 +27,7 @@ private:
         QRect box;
     };
 
-    void drawTimeTicks(int timeWindowMs);
+    void drawTimeTicks(int timeWindowMs, const QList<QRect>& covered);
     void addValueLabel(double value, int top, int height);
     void drawValueLabels();
 

@@ -71,14 +71,42 @@ void paintLabelBox(QPainter& painter, const Placed& mark, const QColor& color, c
              color.darker(140), color.darker(250), text);
 }
 
-void paintTimeBox(QPainter& painter, const Placed& mark, const QColor& color, const QRect& plot)
+QRect timeBox(const QFontMetrics& metrics, const Placed& mark, const QRect& plot)
 {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const QString text = TrendGeometry::secondsLabel(mark.relativeMs);
-    const int width = metrics.horizontalAdvance(text) + 4;
+    const int width = metrics.horizontalAdvance(TrendGeometry::secondsLabel(mark.relativeMs)) + 4;
     const int left = std::max(plot.left(), std::min(mark.x - width / 2, plot.right() - width));
-    paintBox(painter, QRect(left, plot.bottom() + 2, width, metrics.height() + 2), 4, QColor(245, 245, 245),
-             color, Qt::black, text);
+    return {left, plot.bottom() + 2, width, metrics.height() + 2};
+}
+
+/// The newest markers that are in sight, the newest first.
+QList<Placed> newestPlaced(const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1)
+{
+    QList<Placed> newest;
+    for (auto marker = markers.crbegin(); marker != markers.crend() && newest.size() < kMaxBoxes; ++marker) {
+        if (const auto mark = placed(*marker, plot, t0, t1))
+            newest.append(*mark);
+    }
+    return newest;
+}
+
+/// One marker per column of pixels, as of two lines at one place the older one is not seen.
+QList<Placed> topmostPlaced(const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1)
+{
+    QList<Placed> topmost;
+    QSet<int> taken;
+    for (auto marker = markers.crbegin(); marker != markers.crend(); ++marker) {
+        const auto mark = placed(*marker, plot, t0, t1);
+        if (!mark || taken.contains(mark->x))
+            continue;
+        taken.insert(mark->x);
+        topmost.append(*mark);
+    }
+    return topmost;
+}
+
+QColor colorOf(const Placed& mark)
+{
+    return mark.marker->kind == Marker::Kind::Data ? dataMarkerColor() : screenMarkerColor();
 }
 
 } // namespace
@@ -115,37 +143,32 @@ QJsonArray markersToJson(const QList<Marker>& markers)
     return array;
 }
 
+QList<QRect> markerTimeBoxes(const QFontMetrics& metrics, const QList<Marker>& markers, const QRect& plot,
+                             qint64 t0, qint64 t1)
+{
+    QList<QRect> boxes;
+    const QList<Placed> marks = newestPlaced(markers, plot, t0, t1);
+    for (const Placed& mark : marks)
+        boxes.append(timeBox(metrics, mark, plot));
+    return boxes;
+}
+
 void paintMarkers(QPainter& painter, const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1,
                   int topmost)
 {
-    // From the newest on, as of two lines at one place the older one is not seen.
-    QList<Placed> lines;
-    QSet<int> taken;
-    QList<Placed> boxes;
-    for (auto marker = markers.crbegin(); marker != markers.crend(); ++marker) {
-        const auto mark = placed(*marker, plot, t0, t1);
-        if (!mark)
-            continue;
-        if (boxes.size() < kMaxBoxes)
-            boxes.append(*mark);
-        if (taken.contains(mark->x))
-            continue;
-        taken.insert(mark->x);
-        lines.append(*mark);
-    }
-    const auto colorOf = [](const Placed& mark) {
-        return mark.marker->kind == Marker::Kind::Data ? dataMarkerColor() : screenMarkerColor();
-    };
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
+    const QList<Placed> lines = topmostPlaced(markers, plot, t0, t1);
     for (const Placed& mark : lines) {
         painter.setPen(QPen(colorOf(mark), 1, Qt::DashLine));
         painter.drawLine(mark.x, plot.top(), mark.x, plot.bottom());
     }
     painter.setRenderHint(QPainter::Antialiasing, true);
+    const QList<Placed> boxes = newestPlaced(markers, plot, t0, t1);
     for (auto mark = boxes.crbegin(); mark != boxes.crend(); ++mark) {
         paintLabelBox(painter, *mark, colorOf(*mark), plot, topmost);
-        paintTimeBox(painter, *mark, colorOf(*mark), plot);
+        paintBox(painter, timeBox(painter.fontMetrics(), *mark, plot), 4, QColor(245, 245, 245),
+                 colorOf(*mark), Qt::black, TrendGeometry::secondsLabel(mark->relativeMs));
     }
     painter.restore();
 }

@@ -6,6 +6,7 @@
 #include <QRect>
 #include <QString>
 
+class QFontMetrics;
 class QPainter;
 
 /// A vertical mark that the user put on a trend plot.
@@ -30,6 +31,9 @@ QColor screenMarkerColor();
 QList<Marker> markersFromJson(const QJsonArray& array);
 QJsonArray markersToJson(const QList<Marker>& markers);
 
+/// Where paintMarkers() will put the boxes below the plot, in a font of these metrics.
+QList<QRect> markerTimeBoxes(const QFontMetrics& metrics, const QList<Marker>& markers, const QRect& plot,
+                             qint64 t0, qint64 t1);
 /// Draws the markers with their boxes above and below the plot, the later ones over the earlier ones, in the
 /// painter's font; t0 and t1 are the times of its left and right edge. Of very many, only the newest have
 /// boxes: the others would be hidden by them.

@@ -30,10 +30,6 @@ constexpr qint64 kIdlePruneMs = 200;
 constexpr int kTickIntervalMs = 100;
 constexpr qint64 kPruneIntervalMs = 30;
 
-constexpr int kLegendRow = 16;
-constexpr int kLegendWidth = 322;
-constexpr int kSwatch = 10;
-
 constexpr QLatin1String kMarkersKey("markers");
 
 bool isRepeat(const TrendSeries& series, double value)
@@ -255,12 +251,11 @@ void TrendPlotWidget::mousePressEvent(QMouseEvent* event)
 
 bool TrendPlotWidget::toggleChannelAt(const QPoint& pos)
 {
-    const auto hit = std::find_if(m_legend.cbegin(), m_legend.cend(),
-                                  [&pos](const LegendEntry& entry) { return entry.area.contains(pos); });
-    if (hit == m_legend.cend())
+    const std::optional<QString> key = m_legend.channelAt(pos);
+    if (!key)
         return false;
-    if (!m_hiddenChannels.remove(hit->key))
-        m_hiddenChannels.insert(hit->key);
+    if (!m_hiddenChannels.remove(*key))
+        m_hiddenChannels.insert(*key);
     update();
     return true;
 }
@@ -368,6 +363,7 @@ void TrendPlotWidget::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Window));
+    m_legend.clear();
     if (m_channels.isEmpty()) {
         painter.setPen(Qt::gray);
         painter.drawText(rect(), Qt::AlignCenter, tr("No signals"));
@@ -387,7 +383,8 @@ void TrendPlotWidget::paintEvent(QPaintEvent*)
     TrendAxesPainter axes(painter, plot, m_settings.frame, m_settings.gridLines);
     if (m_settings.showGrid)
         axes.drawGrid();
-    axes.drawAxesAndZero(min, max, m_settings.timeWindowMs);
+    axes.drawAxesAndZero(min, max, m_settings.timeWindowMs,
+                         markerTimeBoxes(painter.fontMetrics(), m_markers, plot, t0, now));
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_settings.sampleAndHold)
         drawSeriesSteps(painter, plot, min, max, t0);
@@ -450,28 +447,14 @@ void TrendPlotWidget::drawMarkers(QPainter& painter, const QRect& plot, qint64 t
 
 void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)
 {
-    m_legend.clear();
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int textLeft = plot.left() + 20;
-    int y = plot.top() + 6;
+    QList<TrendLegend::Row> rows;
     for (const Channel& channel : std::as_const(m_channels)) {
-        if (y > plot.bottom())
-            break;
         const TrendSeries* series = m_store.find(channel.key);
-        if (!series || series->isEmpty())
-            continue;
-        const bool hidden = m_hiddenChannels.contains(channel.key);
-        const QRect swatch(plot.left() + 6, y + 3, kSwatch, kSwatch);
-        painter.fillRect(swatch, hidden ? QColor(200, 200, 200) : channel.color);
-        painter.setPen(hidden ? QColor(150, 150, 150) : QColor(Qt::black));
-        const int textTop = y + 13 - metrics.ascent();
-        painter.drawText(
-            textLeft, textTop + metrics.height() - 1,
-            metrics.elidedText(displayNameOf(channel.key), Qt::ElideRight, plot.right() - textLeft));
-        m_legend.append(
-            {channel.key, swatch | QRect(plot.left() + 18, textTop, kLegendWidth, metrics.height())});
-        y += kLegendRow;
+        if (series && !series->isEmpty())
+            rows.append({channel.key, displayNameOf(channel.key), channel.color,
+                         m_hiddenChannels.contains(channel.key)});
     }
+    m_legend.paint(painter, plot, rows, palette().color(QPalette::Window));
 }
 
 // --- Configuration -----------------------------------------------------------------------------------------

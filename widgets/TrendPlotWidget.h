@@ -2,6 +2,7 @@
 
 #include "widgets/DashboardWidget.h"
 #include "widgets/ITimeStampedConsumer.h"
+#include "widgets/TrendLegend.h"
 #include "widgets/TrendMarkers.h"
 #include "widgets/TrendSettings.h"
 #include "widgets/TrendStore.h"
@@ -111,11 +112,6 @@ private:
         QString key;
         QColor color;
     };
-    struct LegendEntry
-    {
-        QString key;
-        QRect area;
-    };
 
     void followAssignment();
     TrendSeries* acceptAt(const QString& name, qint64 tMs);
@@ -136,7 +132,7 @@ private:
     QList<Channel> m_channels;
     QSet<QString> m_hiddenChannels;
     QList<Marker> m_markers;
-    QList<LegendEntry> m_legend; ///< as last painted
+    TrendLegend m_legend;
     QTimer m_idleTimer;
 
     TrendSettings m_settings;

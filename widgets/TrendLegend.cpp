@@ -1,0 +1,48 @@
+#include "widgets/TrendLegend.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kRowHeight = 16;
+constexpr int kTopGap = 6;
+constexpr int kSwatchLeft = 6;
+constexpr int kSwatchTop = 3;
+constexpr int kSwatch = 10;
+constexpr int kAreaLeft = 18;
+constexpr int kAreaWidth = 322;
+constexpr int kTextLeft = 20;
+constexpr int kVeilAlpha = 200; ///< the traces behind can be seen but leave the text readable
+
+} // namespace
+
+void TrendLegend::paint(QPainter& painter, const QRect& plot, const QList<Row>& rows, QColor background)
+{
+    clear();
+    background.setAlpha(kVeilAlpha);
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int left = plot.left();
+    int y = plot.top() + kTopGap;
+    for (const Row& row : rows) {
+        if (y > plot.bottom())
+            break;
+        const QRect swatch(left + kSwatchLeft, y + kSwatchTop, kSwatch, kSwatch);
+        const QString text = metrics.elidedText(row.text, Qt::ElideRight, plot.right() - left - kTextLeft);
+        painter.fillRect(left + kAreaLeft, y, metrics.horizontalAdvance(text) + 4, kRowHeight, background);
+        painter.fillRect(swatch, row.hidden ? QColor(200, 200, 200) : row.color);
+        painter.setPen(row.hidden ? QColor(150, 150, 150) : QColor(Qt::black));
+        const int textTop = y + 13 - metrics.ascent();
+        painter.drawText(left + kTextLeft, textTop + metrics.height() - 1, text);
+        m_areas.append({row.key, swatch | QRect(left + kAreaLeft, textTop, kAreaWidth, metrics.height())});
+        y += kRowHeight;
+    }
+}
+
+std::optional<QString> TrendLegend::channelAt(const QPoint& pos) const
+{
+    const auto hit = std::find_if(m_areas.cbegin(), m_areas.cend(),
+                                  [&pos](const Area& area) { return area.rect.contains(pos); });
+    return hit == m_areas.cend() ? std::nullopt : std::optional(hit->key);
+}
