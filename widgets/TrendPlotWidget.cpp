@@ -273,13 +273,13 @@ bool TrendPlotWidget::addMarkerAt(const QPoint& pos)
     return true;
 }
 
-// A menu of its own, not one with its own event loop: the press that opens it must come to its end. Without
-// the bypass it would be drawn on the canvas and cut off there.
+// Without an event loop of its own, as the press that opens it must come to its end; without a parent, as it
+// would be drawn on the canvas and cut off there.
 void TrendPlotWidget::openMarkerMenu(const QPoint& globalPos)
 {
-    auto* menu = new QMenu(this);
-    menu->setWindowFlag(Qt::BypassGraphicsProxyWidget);
+    auto* menu = new QMenu;
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    connect(this, &QObject::destroyed, menu, &QWidget::close);
     menu->addAction(tr("Delete all markers"), this, &TrendPlotWidget::clearAllMarkers);
     menu->addAction(tr("Delete screen markers"), this, &TrendPlotWidget::clearScreenMarkers);
     menu->addAction(tr("Delete data markers"), this, &TrendPlotWidget::clearDataMarkers);

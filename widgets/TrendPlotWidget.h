@@ -61,6 +61,8 @@ public:
     void setExternalTimeEnabled(bool on);
     /// Kept within ±kMaxTimeMs. Does not repaint.
     void setExternalNowMs(qint64 t);
+    /// The stored samples of a series; null when there are none. Valid until the next value or clearData().
+    const TrendSeries* series(const QString& key) const { return m_store.find(key); }
     /// The value stored nearest to a time; NaN when there is none. The key is that of the series.
     double valueAtTime(const QString& key, qint64 tMs) const;
 

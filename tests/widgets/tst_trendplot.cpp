@@ -1,0 +1,309 @@
+#include "support/WidgetTools.h"
+#include "widgets/TrendPlotWidget.h"
+#include "widgets/TrendTrace.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QTest>
+
+using namespace TrendGeometry;
+
+namespace {
+
+constexpr double kInf = std::numeric_limits<double>::infinity();
+const QRect kPlot(10, 10, 300, 200);
+
+/// Noise around a slow wave with spikes of one sample, gaps and infinities in it.
+TrendSeries noise(int samples, qint64 spanMs, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    TrendSeries series;
+    for (int i = 0; i < samples; ++i) {
+        const double wave = std::sin(i * 20.0 / samples) + random.generateDouble() * 0.2;
+        const int kind = random.bounded(400);
+        const double value = kind == 0   ? 9.0
+                             : kind == 1 ? -9.0
+                             : kind == 2 ? kInf
+                             : kind == 3 ? qQNaN()
+                                         : wave;
+        series.append({spanMs * i / samples, value});
+    }
+    return series;
+}
+
+/// The same trace, drawn from every sample to the next.
+QList<QLine> everySample(const TrendSeries& series, const TrendAxes& axes, bool steps)
+{
+    QList<QLine> lines;
+    for (qsizetype i = 1; i < series.size(); ++i) {
+        const TrendSample& from = series.at(i - 1);
+        const TrendSample& to = series.at(i);
+        if (std::isnan(from.value) || (!steps && std::isnan(to.value)))
+            continue;
+        const QPoint start(axes.x(from.tMs), axes.y(from.value));
+        const QPoint end(axes.x(to.tMs), std::isnan(to.value) ? start.y() : axes.y(to.value));
+        const QPoint corner = steps ? QPoint(end.x(), start.y()) : start;
+        lines << QLine(start, corner) << QLine(corner, end);
+    }
+    return lines;
+}
+
+QImage drawn(const QList<QLine>& lines, bool antialiased)
+{
+    QImage image(320, 220, QImage::Format_Grayscale8);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing, antialiased);
+    painter.setPen(QPen(Qt::black, 1.5));
+    for (const QLine& line : lines) {
+        if (line.p1() != line.p2())
+            painter.drawLine(line);
+    }
+    return image;
+}
+
+/// The first and the last row that are not white, per column.
+QList<QPoint> reach(const QImage& image)
+{
+    QList<QPoint> ends;
+    for (int x = 0; x < image.width(); ++x) {
+        QPoint end(-1, -1);
+        for (int y = 0; y < image.height(); ++y) {
+            if (qGray(image.pixel(x, y)) < 255)
+                end = {end.x() < 0 ? y : end.x(), y};
+        }
+        ends.append(end);
+    }
+    return ends;
+}
+
+} // namespace
+
+class TestTrendPlot : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void answersAsPlainListWould()
+    {
+        QRandomGenerator random(7);
+        TrendSeries series;
+        QList<TrendSample> plain;
+        qint64 t = 0;
+        for (int round = 0; round < 20'000; ++round) {
+            const int action = random.bounded(round / 5000 % 2 == 0 ? 20 : 5);
+            if (action >= 2 || plain.isEmpty()) {
+                const double value = random.bounded(50) == 0 ? qQNaN() : random.generateDouble();
+                series.append({t += random.bounded(3), value});
+                plain.append(series.last());
+            } else if (action == 1) {
+                series.removeFirst();
+                plain.removeFirst();
+            } else {
+                series.removeLast();
+                plain.removeLast();
+            }
+            if (round % 40 != 0 || plain.size() < 2)
+                continue;
+            QCOMPARE(series.size(), plain.size());
+            const qsizetype begin = random.bounded(int(plain.size()));
+            const qsizetype end = begin + random.bounded(int(plain.size() - begin)) + 1;
+            TrendExtent extent;
+            for (qsizetype i = begin; i < end; ++i)
+                extent.include(plain[i].value);
+            QCOMPARE(series.extent(begin, end).low, extent.low);
+            QCOMPARE(series.extent(begin, end).high, extent.high);
+            const auto older = [&](const TrendSample& sample) { return sample.tMs < plain[begin].tMs; };
+            QCOMPARE(series.indexAtOrAfter(plain[begin].tMs),
+                     std::count_if(plain.begin(), plain.end(), older));
+        }
+        QVERIFY(plain.size() > 5000);
+    }
+
+    void looksLikeEverySample_data()
+    {
+        QTest::addColumn<int>("samples");
+        QTest::addColumn<bool>("steps");
+        for (const int samples : {100, 290, 3'000, 600'000}) {
+            QTest::addRow("%d samples in steps", samples) << samples << true;
+            QTest::addRow("%d samples in lines", samples) << samples << false;
+        }
+    }
+
+    // Without antialiasing the same pixels; with it the same ends in every column, and shades of grey at most
+    // where one picture draws over an edge more often than the other.
+    void looksLikeEverySample()
+    {
+        QFETCH(int, samples);
+        QFETCH(bool, steps);
+        const TrendSeries series = noise(samples, 600'000, 42);
+        const TrendAxes axes{kPlot, 0, series.last().tMs, {-10.0, 10.0}};
+        const QList<QLine> lines = steps ? stepLines(series, axes) : segmentLines(series, axes);
+        const QList<QLine> all = everySample(series, axes, steps);
+        QVERIFY(lines.size() <= std::min<qsizetype>(3 * kPlot.width(), all.size()));
+        QCOMPARE(drawn(lines, false), drawn(all, false));
+        QCOMPARE(reach(drawn(lines, true)), reach(drawn(all, true)));
+    }
+
+    void drawsHeldValueAndOpenEnds()
+    {
+        TrendSeries series;
+        series.append({-5000, 5.0});
+        const TrendAxes axes{kPlot, 0, 10'000, {0.0, 10.0}};
+        const int middle = axes.y(5.0);
+        QCOMPARE(stepLines(series, axes), {QLine(10, middle, 309, middle)});
+        QCOMPARE(segmentLines(series, axes), {});
+        series.append({5000, 10.0});
+        QCOMPARE(segmentLines(series, axes), {QLine(10, axes.y(7.5), axes.x(5000), axes.y(10.0))});
+        QCOMPARE(columnLines(series, axes), {QLine(axes.x(5000), 9, axes.x(5000), 9)});
+    }
+
+    void placesTimesAndTicks()
+    {
+        QCOMPARE(plotRect({220, 140}, {}), QRect(46, 30, 168, 84));
+        QVERIFY(plotRect({52, 140}, {}).isEmpty());
+        const QRect plot(100, 0, 101, 50);
+        QCOMPARE(xForTime(plot, 1000, 2000, 1499), 149);
+        QCOMPARE(xForTime(plot, 1000, 2000, 0), 100);
+        QCOMPARE(timeForX(plot, 1000, 2000, 150), 1500);
+        QCOMPARE(timeForX(plot, 1000, 2000, 50), 1000);
+        QCOMPARE(tickLabel(0.25, 10'000), "-7.500s");
+        QList<double> values;
+        for (const ValueTick& tick : valueTicks(-1.0, 1.0, 4))
+            values.append(tick.value);
+        QCOMPARE(values, QList({0.5, -0.5}));
+    }
+
+    void storesWhatIsAssignedAndNew_data()
+    {
+        QTest::addColumn<QString>("assigned");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("hold");
+        QTest::addColumn<QList<double>>("stepsSec");
+        QTest::addColumn<double>("change");
+        QTest::addColumn<QList<qint64>>("storedMs");
+        const QList<double> times{0.0, 0.040, 0.0609};
+        QTest::newRow("repeats") << "A"
+                                 << "A" << 1 << times << 1e-10 << QList<qint64>{0};
+        QTest::newRow("repeats without hold") << "A"
+                                              << "A" << 0 << times << 0.0 << QList<qint64>{0, 60};
+        QTest::newRow("changes") << "A"
+                                 << "A" << 1 << times << 1e-8 << QList<qint64>{0, 40, 60};
+        QTest::newRow("suffix came") << "A"
+                                     << "A: raw" << 1 << times << 1.0 << QList<qint64>{0, 40, 60};
+        QTest::newRow("suffix assigned") << "A: raw"
+                                         << "A: raw" << 1 << times << 1.0 << QList<qint64>{0, 40, 60};
+        QTest::newRow("only suffix assigned") << "A: raw"
+                                              << "A" << 1 << times << 1.0 << QList<qint64>{};
+        QTest::newRow("other case") << "A"
+                                    << "a" << 1 << times << 1.0 << QList<qint64>{};
+        QTest::newRow("bad times") << "A"
+                                   << "A" << 1 << QList{-kInf, qQNaN(), kInf} << 1.0
+                                   << QList<qint64>{-1'000'000'000'000'000, 0, 1'000'000'000'000'000};
+    }
+
+    void storesWhatIsAssignedAndNew()
+    {
+        QFETCH(QString, assigned);
+        QFETCH(QString, name);
+        QFETCH(int, hold);
+        QFETCH(QList<double>, stepsSec);
+        QFETCH(double, change);
+        QFETCH(QList<qint64>, storedMs);
+        TrendPlotWidget plot;
+        plot.assignSignals({assigned});
+        plot.loadConfig({{"sampleAndHold", hold}});
+        plot.setExternalTimeEnabled(true);
+        plot.setExternalNowMs(std::numeric_limits<qint64>::min());
+        for (int i = 0; i < stepsSec.size(); ++i)
+            plot.setValueForSignalAt(name, 1.0 + i * change, stepsSec[i]);
+        QList<qint64> stored;
+        for (qsizetype i = 0; plot.series("A") && i < plot.series("A")->size(); ++i)
+            stored.append(plot.series("A")->at(i).tMs);
+        QCOMPARE(stored, storedMs);
+    }
+
+    void prunesAndTrims()
+    {
+        TrendPlotWidget plot;
+        fill(plot);
+        plot.setExternalNowMs(15'000);
+        plot.pruneOld();
+        QCOMPARE(plot.series("A")->first().tMs, 4000);
+        plot.setExternalNowMs(900'000);
+        plot.pruneOld();
+        QCOMPARE(plot.series("A")->size(), 1);
+        plot.pruneOld(900'029);
+        QCOMPARE(plot.series("A")->size(), 1);
+        plot.pruneOld(900'030);
+        QVERIFY(plot.series("A")->isEmpty());
+
+        fill(plot);
+        plot.trimToWindowEndingAt(12'500);
+        QCOMPARE(plot.series("A")->first().tMs, 2000);
+        QCOMPARE(plot.series("A")->last().tMs, 12'000);
+        QCOMPARE(plot.valueAtTime("A", 11'500), 11.0);
+        QCOMPARE(plot.valueAtTime("A", 11'501), 12.0);
+        QCOMPARE(plot.valueAtTime("A", 99'000), 12.0);
+        plot.trimToWindowEndingAt(-1);
+        QVERIFY(std::isnan(plot.valueAtTime("A", 0)));
+    }
+
+    void scalesToWhatIsSeen_data()
+    {
+        QTest::addColumn<QList<double>>("values");
+        QTest::addColumn<double>("min");
+        QTest::addColumn<double>("max");
+        QTest::newRow("none") << QList<double>{} << -1.0 << 1.0;
+        QTest::newRow("one value") << QList{3.0} << 2.0 << 4.0;
+        QTest::newRow("padding") << QList{0.0, 10.0, qQNaN(), kInf} << -1.0 << 11.0;
+        QTest::newRow("huge") << QList{-1e308, 1e308} << -4.8e307 << 4.8e307;
+    }
+
+    void scalesToWhatIsSeen()
+    {
+        QFETCH(QList<double>, values);
+        QFETCH(double, min);
+        QFETCH(double, max);
+        TrendPlotWidget plot;
+        plot.assignSignals({"A"});
+        plot.setExternalTimeEnabled(true);
+        plot.setExternalNowMs(10'000);
+        plot.setValueForSignalAt("A", 777.0, -1.0); // held, but out of sight
+        for (int i = 0; i < values.size(); ++i)
+            plot.setValueForSignalAt("A", values[i], i);
+        QCOMPARE(plot.currentYRange(0), std::pair(min, max));
+    }
+
+    void followsTheClockOnlyLive()
+    {
+        TrendPlotWidget plot;
+        fill(plot);
+        plot.setExternalTimeEnabled(false);
+        const qint64 before = TrendPlotWidget::nowMs();
+        plot.setValueForSignalAt("A", -1.0, 5.0);
+        QVERIFY(plot.series("A")->last().tMs >= before);
+        QVERIFY(plot.currentNowMs() >= before);
+        plot.addSample("A", 2.0, before + 3'600'000, false);
+        plot.setValueForSignal("A", 3.0); // as if the clock had been set back by an hour
+        QCOMPARE(plot.series("A")->last().value, 3.0);
+        QVERIFY(plot.series("A")->last().tMs <= TrendPlotWidget::nowMs());
+    }
+
+private:
+    /// A value per second, 20 of them, each its time.
+    static void fill(TrendPlotWidget& plot)
+    {
+        plot.clearData();
+        plot.assignSignals({"A"});
+        plot.setExternalTimeEnabled(true);
+        plot.setExternalNowMs(0);
+        for (int i = 0; i < 20; ++i)
+            plot.setValueForSignalAt("A", i, i);
+    }
+};
+
+QTEST_MAIN(TestTrendPlot)
+#include "tst_trendplot.moc"
