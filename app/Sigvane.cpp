@@ -13,6 +13,7 @@
 #include "canvas/DashboardView.h"
 #include "canvas/DesignScene.h"
 #include "canvas/LayoutFile.h"
+#include "canvas/Plots.h"
 #include "canvas/StackingOrder.h"
 #include "licensing/LicenseCheck.h"
 #include "serial/SerialManager.h"
@@ -201,6 +202,8 @@ bool Sigvane::enterMode(Mode mode)
     case Record: // there is no recorder to enter it with
         return false;
     case Play:
+        enterPlayMode();
+        return true;
     case Pause:
         return true;
     }
@@ -220,9 +223,22 @@ void Sigvane::exitDesignMode()
     qDebug("Design mode ended");
     m_palette->setEnabled(false);
     setCanvasDesignMode(false);
+    setExternalTimeEnabled(*m_scene, false);
 }
 
-void Sigvane::enterIdleMode() { qDebug("Idle mode started"); }
+// The first replayed frame brings the trend plots their time; until then they follow the clock.
+void Sigvane::enterPlayMode()
+{
+    qDebug("Play mode started");
+    setExternalTimeEnabled(*m_scene, false);
+}
+
+void Sigvane::enterIdleMode()
+{
+    qDebug("Idle mode started");
+    clearData();
+    setExternalTimeEnabled(*m_scene, false);
+}
 
 void Sigvane::setCanvasDesignMode(bool on)
 {
@@ -340,6 +356,10 @@ void Sigvane::updateStateValue(const QString& group, const QString& stateId, con
 void Sigvane::reapplyMappingsToCurrentValues() { m_router->reapplyMappingsToCurrentValues(); }
 
 void Sigvane::clearErrorConsoles() { m_router->clearErrorConsoles(); }
+
+void Sigvane::clearData() { clearPlots(*m_scene); }
+
+double Sigvane::dominantTrendWindowSeconds() const { return ::dominantTrendWindowSeconds(*m_scene); }
 
 // --- Project -----------------------------------------------------------------------------------------------
 

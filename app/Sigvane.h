@@ -59,6 +59,9 @@ public:
     void updateStateValue(const QString& group, const QString& stateId, const QString& label);
     void reapplyMappingsToCurrentValues();
     void clearErrorConsoles();
+    /// Empties every trend plot and XY plot; the last values stay known.
+    void clearData();
+    double dominantTrendWindowSeconds() const;
 
     static void normalizeZOrder(QGraphicsScene* scene);
 
@@ -97,6 +100,7 @@ private:
     [[nodiscard]] bool enterMode(Mode mode);
     void enterDesignMode();
     void exitDesignMode();
+    void enterPlayMode();
     void enterIdleMode();
     void setCanvasDesignMode(bool on);
     void updateStatusLabel(Mode mode);

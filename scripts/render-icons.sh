@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Renders resources/icons/svg/*.svg to the PNG files that the program carries. Run it after changing an
-# icon and commit the result. Needs rsvg-convert (package librsvg2-bin).
+# Renders resources/icons/svg/*.svg to the PNG files that the program carries, and the example's drawing. Run it
+# after changing one of them and commit the result. Needs rsvg-convert (package librsvg2-bin).
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../resources/icons"
 
@@ -21,3 +21,6 @@ for svg in svg/*.svg; do
     fi
 done
 echo "==> rendered $(find . -maxdepth 1 -name '*.png' | wc -l) files to resources/icons"
+cd ../../examples/pump-rig/pictures
+rsvg-convert --width 780 --output rig.png rig.svg
+echo "==> rendered the example's drawing"

@@ -28,7 +28,7 @@ trap 'exit 143' TERM
 copy_example() {
     step "the example project is build/pump-rig, a copy of examples/pump-rig"
     mkdir -p "$project"
-    cp -Ru examples/pump-rig/dashboard_signals.def examples/pump-rig/layouts "$project/"
+    cp -Ru examples/pump-rig/{dashboard_signals.def,layouts,pictures} "$project/"
 }
 
 start_device() {

@@ -1,0 +1,13 @@
+#pragma once
+
+class DesignScene;
+
+// Questions and orders to all the plots of a canvas.
+
+/// Empties every trend plot and XY plot.
+void clearPlots(const DesignScene& scene);
+/// How much of the past a replay has to bring back when it jumps, in seconds: the widest time window on the
+/// canvas, at most 30; 10 where there is none.
+double dominantTrendWindowSeconds(const DesignScene& scene);
+/// Whether the trend plots take their time from a replay (on) or from the clock.
+void setExternalTimeEnabled(const DesignScene& scene, bool on);
