@@ -1,6 +1,7 @@
 #include "widgets/AnalogGaugeWidget.h"
 
 #include "widgets/ConfigEditors.h"
+#include "widgets/DeviceScale.h"
 #include "widgets/FileNumbers.h"
 #include "widgets/SignalCaption.h"
 #include "widgets/SizedFont.h"
@@ -27,15 +28,6 @@ constexpr int kEditorDecimals = 1;
 
 constexpr QLatin1String kMinKey("min");
 constexpr QLatin1String kMaxKey("max");
-
-/// Device pixels per logical unit: the ratio of the device and whatever scales the painter, a zoomed view
-/// too. At least 1; 1 when the painter's scale is no number.
-double deviceScale(const QPainter& painter)
-{
-    const QTransform transform = painter.deviceTransform();
-    const double scale = std::hypot(transform.m11(), transform.m12());
-    return std::isfinite(scale) ? std::max(scale, 1.0) : 1.0;
-}
 
 void enterDial(QPainter& painter, const QPointF& centre, int side)
 {

@@ -1,10 +1,14 @@
 #include "widgets/AnalogGaugeWidget.h"
+#include "widgets/BarGraphWidget.h"
 #include "widgets/DashboardWidgetFactory.h"
 #include "widgets/DigitalDisplayWidget.h"
 #include "widgets/ErrorConsoleWidget.h"
+#include "widgets/LineWidget.h"
 #include "widgets/MessagesConsoleWidget.h"
 #include "widgets/StateIndicatorWidget.h"
+#include "widgets/TextLabelWidget.h"
 #include "widgets/TrendPlotWidget.h"
+#include "widgets/XYPlotWidget.h"
 
 // The table of the types that come with the program, apart from the registry, which knows no widget.
 
@@ -24,8 +28,12 @@ void DashboardWidgetFactory::registerBuiltInTypes()
     // A saved layout finds its types by these names: each is what the widget's typeName() returns.
     add<AnalogGaugeWidget>(*this, QLatin1String("AnalogGauge"), QLatin1String("gauge.png"));
     add<DigitalDisplayWidget>(*this, QLatin1String("DigitalDisplay"), QLatin1String("display.png"));
+    add<BarGraphWidget>(*this, QLatin1String("BarGraph"), QLatin1String("bar_chart.png"));
+    add<LineWidget>(*this, QLatin1String("Line"), QLatin1String("line.png"));
+    add<TextLabelWidget>(*this, QLatin1String("TextLabel"), QLatin1String("text.png"));
     add<TrendPlotWidget>(*this, QLatin1String("TrendPlot"), QLatin1String("line_chart.png"));
     add<StateIndicatorWidget>(*this, QLatin1String("StateIndicator"), QLatin1String("state.png"));
     add<ErrorConsoleWidget>(*this, QLatin1String("ErrorConsole"), QLatin1String("error_console.png"));
     add<MessagesConsoleWidget>(*this, QLatin1String("MessagesConsole"), QLatin1String("message-console.png"));
+    add<XYPlotWidget>(*this, QLatin1String("XYPlot"), QLatin1String("xy_plot.png"));
 }

@@ -1,0 +1,274 @@
+#include "widgets/BarGraphWidget.h"
+
+#include "widgets/ConfigEditors.h"
+#include "widgets/DisplayName.h"
+#include "widgets/FileNumbers.h"
+#include "widgets/SizedFont.h"
+#include "widgets/ValueScale.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+constexpr int kPointSize = 9;
+constexpr int kSmallestPointSize = 6;
+constexpr int kMaxGap = 1'000'000; ///< a margin or spacing beyond any screen
+constexpr int kNarrowestBar = 5;
+constexpr int kBarWhenTooNarrow = 4;
+constexpr double kCornerRadius = 3.0;
+constexpr int kAxisStripHeight = 16;
+constexpr int kAxisDigits = 6;
+constexpr int kAxisTextGap = 3;
+constexpr int kValueDigits = 5;
+constexpr int kCaptionGap = 2;
+constexpr int kNarrowestCaption = 6; ///< pixels; not even one digit fits into less
+constexpr int kLongestName = 200;    ///< characters; no bar is wide enough for more
+constexpr double kEditorLimit = 1'000'000'000.0;
+constexpr int kEditorDecimals = 2;
+constexpr QColor kGridColor(215, 215, 215);
+constexpr QColor kZeroLineColor(120, 120, 120);
+constexpr QColor kAxisColor(160, 160, 160);
+constexpr QColor kBarColor(40, 140, 160);
+
+constexpr QLatin1String kMarginKey("margin");
+constexpr QLatin1String kBarSpacingKey("barSpacing");
+constexpr QLatin1String kMinHeightKey("minHeight");
+constexpr QLatin1String kMaxHeightKey("maxHeight");
+constexpr QLatin1String kMinKey("min");
+constexpr QLatin1String kMaxKey("max");
+
+/// The advance is rounded, so one of the width itself may be a fraction of a pixel too wide.
+bool fits(const QFontMetrics& metrics, const QString& text, int width)
+{
+    return metrics.horizontalAdvance(text) < width;
+}
+
+/// One line in a font small enough for the area, elided where it would be too small to read.
+void drawFitted(QPainter& painter, const QRect& area, Qt::Alignment alignment, const QString& text)
+{
+    const QFont usual = painter.font();
+    int size = kPointSize;
+    while (size > kSmallestPointSize && !fits(painter.fontMetrics(), text, area.width()))
+        painter.setFont(sizedFont(usual, --size));
+    painter.drawText(area, int(alignment) | Qt::TextSingleLine | Qt::TextDontClip,
+                     painter.fontMetrics().elidedText(text, Qt::ElideRight, area.width()));
+    painter.setFont(usual);
+}
+
+/// In general format. Where even the smallest font is too wide, the number is rounded: one without its last
+/// digits reads as another number.
+void drawNumber(QPainter& painter, const QRect& area, Qt::Alignment alignment, double value, int digits)
+{
+    const QFontMetrics smallest(sizedFont(painter.font(), kSmallestPointSize), painter.device());
+    QString number = QString::number(value, 'g', digits);
+    while (digits > 1 && !fits(smallest, number, area.width()))
+        number = QString::number(value, 'g', --digits);
+    drawFitted(painter, area, alignment, number);
+}
+
+} // namespace
+
+/// Where everything lies in one painting.
+struct BarGraphWidget::Plot
+{
+    QRect area; ///< bottom and right lie just outside of it
+    ValueScale scale;
+    bool hasZero;
+
+    int left() const { return area.x(); }
+    int right() const { return area.x() + area.width(); }
+    int top() const { return area.y(); }
+    int bottom() const { return area.y() + area.height(); }
+    int yOfLevel(double level) const { return top() + static_cast<int>((1.0 - level) * area.height()); }
+    int yOf(double value) const { return yOfLevel(scale.level(value)); }
+    int baseY() const { return hasZero ? yOf(0.0) : bottom(); }
+
+    /// The strip left of the axis, from the widget's edge so that wide numbers find room in the margin.
+    void drawAxisNumber(QPainter& painter, int y, double value) const
+    {
+        const QRect strip(0, y - kAxisStripHeight / 2, left() - kAxisTextGap, kAxisStripHeight);
+        drawNumber(painter, strip, Qt::AlignRight | Qt::AlignVCenter, value, kAxisDigits);
+    }
+};
+
+BarGraphWidget::BarGraphWidget(QWidget* parent)
+    : DashboardWidget(parent)
+{
+    setMinimumSize(120, 80);
+    connect(this, &DashboardWidget::assignmentChanged, this, &BarGraphWidget::rememberAssignment);
+}
+
+void BarGraphWidget::rememberAssignment()
+{
+    const QList<QString> names = assignedSignalList();
+    m_assignedNames = QSet<QString>(names.cbegin(), names.cend());
+}
+
+void BarGraphWidget::setRange(double minimum, double maximum)
+{
+    m_minimum = minimum;
+    m_maximum = maximum;
+    update();
+}
+
+QString BarGraphWidget::typeName() const { return QStringLiteral("BarGraph"); }
+
+void BarGraphWidget::setValueForSignal(const QString& name, double value)
+{
+    if (!m_assignedNames.contains(name))
+        return;
+    m_latest.insert(name, value);
+    update();
+}
+
+bool BarGraphWidget::supportsMultipleSignals() const { return true; }
+
+void BarGraphWidget::loadConfig(const QJsonObject& config)
+{
+    m_margin = jsonInt(config.value(kMarginKey), 0, kMaxGap, m_margin);
+    m_barSpacing = jsonInt(config.value(kBarSpacingKey), 0, kMaxGap, m_barSpacing);
+    m_minHeight = config.value(kMinHeightKey).toDouble(m_minHeight);
+    m_maxHeight = config.value(kMaxHeightKey).toDouble(m_maxHeight);
+    setRange(config.contains(kMinKey) ? config.value(kMinKey).toDouble() : m_minimum,
+             config.contains(kMaxKey) ? config.value(kMaxKey).toDouble() : m_maximum);
+}
+
+QJsonObject BarGraphWidget::saveConfig() const
+{
+    return {{kMarginKey, m_margin},       {kBarSpacingKey, m_barSpacing}, {kMinHeightKey, m_minHeight},
+            {kMaxHeightKey, m_maxHeight}, {kMinKey, m_minimum},           {kMaxKey, m_maximum}};
+}
+
+void BarGraphWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
+{
+    m_minimumEditor =
+        addEditor(form, tr("Min Value:"), newDoubleEditor(m_minimum, kEditorLimit, kEditorDecimals, parent),
+                  tr("The value at the bottom of the graph"));
+    m_maximumEditor =
+        addEditor(form, tr("Max Value:"), newDoubleEditor(m_maximum, kEditorLimit, kEditorDecimals, parent),
+                  tr("The value at the top of the graph"));
+}
+
+void BarGraphWidget::applyConfigUI()
+{
+    if (m_minimumEditor && m_maximumEditor)
+        setRange(m_minimumEditor->value(), m_maximumEditor->value());
+}
+
+void BarGraphWidget::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(QPalette::Window));
+    if (m_assignedNames.isEmpty()) {
+        painter.setPen(Qt::gray);
+        painter.drawText(rect(), Qt::AlignCenter, tr("No signals"));
+        return;
+    }
+    painter.setFont(sizedFont(font(), kPointSize));
+    const Plot plot = this->plot();
+    if (!plot.area.isEmpty())
+        paintGrid(painter, plot);
+    if (plot.hasZero)
+        paintZeroLine(painter, plot);
+    paintBars(painter, plot, event->rect());
+    painter.setPen(QPen(kAxisColor, 1.0));
+    painter.drawLine(plot.left(), plot.top(), plot.left(), plot.bottom());
+}
+
+BarGraphWidget::Plot BarGraphWidget::plot() const
+{
+    const int left = m_margin + m_leftAxis;
+    const int plotWidth = std::max(0, width() - m_margin - left);
+    const int plotHeight = std::max(0, height() - 2 * m_margin - m_bottomPad);
+    const ValueScale scale = ValueScale::raised(m_minimum, m_maximum);
+    return {QRect(left, m_margin, plotWidth, plotHeight), scale, scale.low <= 0.0 && scale.high >= 0.0};
+}
+
+void BarGraphWidget::paintGrid(QPainter& painter, const Plot& plot) const
+{
+    if (!m_showGrid)
+        return;
+    const int textHeight = painter.fontMetrics().ascent();
+    const double step = (plot.scale.high - plot.scale.low) / m_gridLines;
+    const bool allNumbersFit = plot.area.height() >= m_gridLines * textHeight;
+    for (int k = 0; k <= m_gridLines; ++k) {
+        const int y = plot.yOfLevel(double(k) / m_gridLines);
+        if (plot.hasZero && y == plot.baseY())
+            continue;
+        painter.setPen(QPen(kGridColor, 1.0));
+        painter.drawLine(plot.left(), y, plot.right(), y);
+        // Numbers on top of each other can both not be read: the ends and the zero go first.
+        if ((!allNumbersFit && k % m_gridLines != 0) ||
+            (plot.hasZero && std::abs(y - plot.baseY()) < textHeight))
+            continue;
+        painter.setPen(Qt::black);
+        plot.drawAxisNumber(painter, y, plot.scale.low + k * step);
+    }
+}
+
+void BarGraphWidget::paintZeroLine(QPainter& painter, const Plot& plot) const
+{
+    QPen pen(kZeroLineColor, 2.0);
+    pen.setDashPattern({4.0, 2.0});
+    pen.setCapStyle(Qt::FlatCap);
+    painter.setPen(pen);
+    if (plot.area.width() > 0)
+        painter.drawLine(plot.left(), plot.baseY(), plot.right(), plot.baseY());
+    painter.setPen(Qt::black);
+    plot.drawAxisNumber(painter, plot.baseY(), 0.0);
+}
+
+void BarGraphWidget::paintBars(QPainter& painter, const Plot& plot, const QRect& exposed) const
+{
+    const QList<QString> names = assignedSignalList();
+    const qint64 room = plot.area.width() - qint64(m_barSpacing) * (names.size() - 1);
+    const int evenWidth = static_cast<int>(room / names.size());
+    const int barWidth = evenWidth < kNarrowestBar ? kBarWhenTooNarrow : evenWidth;
+    // Captions may take what is free beside a bar, but not so much that they touch each other or the edge.
+    const int reach = std::clamp(m_barSpacing / 2 - 1, 0, m_margin);
+
+    // Only what shows, as any number of signals may be assigned.
+    const qint64 pitch = qint64(barWidth) + m_barSpacing;
+    const qint64 first = std::max<qint64>(0, (exposed.left() - plot.left()) / pitch - 1);
+    for (qint64 i = first; i < names.size(); ++i) {
+        const qint64 x = plot.left() + i * pitch;
+        if (x - reach > exposed.right())
+            break;
+        const double value = m_latest.value(names[i], plot.scale.low);
+        paintBar(painter, plot, int(x), barWidth, value);
+        const QRect caption(int(x) - reach, plot.bottom() + kCaptionGap, barWidth + 2 * reach, 0);
+        if (caption.width() >= kNarrowestCaption)
+            paintCaption(painter, caption, names[i], value);
+    }
+}
+
+void BarGraphWidget::paintBar(QPainter& painter, const Plot& plot, int x, int width, double value) const
+{
+    if (std::isnan(value))
+        return;
+    const int valueY = plot.yOf(value);
+    const int height = std::max(1, std::abs(valueY - plot.baseY()));
+    const QRectF bar(x, std::min(plot.baseY(), valueY), width, height);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Qt::black, 1.0));
+    painter.setBrush(kBarColor);
+    // The outline runs through the middle of the outer pixels, so that it is not blurred over two.
+    painter.drawRoundedRect(bar.adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius, kCornerRadius);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+void BarGraphWidget::paintCaption(QPainter& painter, const QRect& area, const QString& name,
+                                  double value) const
+{
+    const int textHeight = painter.fontMetrics().height();
+    const QRect nameArea(area.x(), area.y(), area.width(), textHeight);
+    painter.setPen(Qt::black);
+    drawFitted(painter, nameArea, Qt::AlignCenter, displayNameOf(name).left(kLongestName));
+    drawNumber(painter, nameArea.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter, value,
+               kValueDigits);
+}
