@@ -3,6 +3,7 @@
 #include "widgets/ConfigEditors.h"
 #include "widgets/DisplayName.h"
 #include "widgets/FileNumbers.h"
+#include "widgets/FittedText.h"
 #include "widgets/SizedFont.h"
 #include "widgets/ValueScale.h"
 
@@ -16,7 +17,6 @@
 namespace {
 
 constexpr int kPointSize = 9;
-constexpr int kSmallestPointSize = 6;
 constexpr int kMaxGap = 1'000'000; ///< a margin or spacing beyond any screen
 constexpr int kNarrowestBar = 5;
 constexpr int kBarWhenTooNarrow = 4;
@@ -42,33 +42,14 @@ constexpr QLatin1String kMaxHeightKey("maxHeight");
 constexpr QLatin1String kMinKey("min");
 constexpr QLatin1String kMaxKey("max");
 
-/// The advance is rounded, so one of the width itself may be a fraction of a pixel too wide.
-bool fits(const QFontMetrics& metrics, const QString& text, int width)
-{
-    return metrics.horizontalAdvance(text) < width;
-}
-
 /// One line in a font small enough for the area, elided where it would be too small to read.
-void drawFitted(QPainter& painter, const QRect& area, Qt::Alignment alignment, const QString& text)
+void drawFittedName(QPainter& painter, const QRect& area, const QString& name)
 {
     const QFont usual = painter.font();
-    int size = kPointSize;
-    while (size > kSmallestPointSize && !fits(painter.fontMetrics(), text, area.width()))
-        painter.setFont(sizedFont(usual, --size));
-    painter.drawText(area, int(alignment) | Qt::TextSingleLine | Qt::TextDontClip,
-                     painter.fontMetrics().elidedText(text, Qt::ElideRight, area.width()));
+    painter.setFont(fittingFont(usual, {name}, area.width()));
+    painter.drawText(area, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                     painter.fontMetrics().elidedText(name, Qt::ElideRight, area.width()));
     painter.setFont(usual);
-}
-
-/// In general format. Where even the smallest font is too wide, the number is rounded: one without its last
-/// digits reads as another number.
-void drawNumber(QPainter& painter, const QRect& area, Qt::Alignment alignment, double value, int digits)
-{
-    const QFontMetrics smallest(sizedFont(painter.font(), kSmallestPointSize), painter.device());
-    QString number = QString::number(value, 'g', digits);
-    while (digits > 1 && !fits(smallest, number, area.width()))
-        number = QString::number(value, 'g', --digits);
-    drawFitted(painter, area, alignment, number);
 }
 
 } // namespace
@@ -92,7 +73,7 @@ struct BarGraphWidget::Plot
     void drawAxisNumber(QPainter& painter, int y, double value) const
     {
         const QRect strip(0, y - kAxisStripHeight / 2, left() - kAxisTextGap, kAxisStripHeight);
-        drawNumber(painter, strip, Qt::AlignRight | Qt::AlignVCenter, value, kAxisDigits);
+        drawFittedNumber(painter, strip, Qt::AlignRight | Qt::AlignVCenter, value, kAxisDigits);
     }
 };
 
@@ -268,7 +249,7 @@ void BarGraphWidget::paintCaption(QPainter& painter, const QRect& area, const QS
     const int textHeight = painter.fontMetrics().height();
     const QRect nameArea(area.x(), area.y(), area.width(), textHeight);
     painter.setPen(Qt::black);
-    drawFitted(painter, nameArea, Qt::AlignCenter, displayNameOf(name).left(kLongestName));
-    drawNumber(painter, nameArea.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter, value,
-               kValueDigits);
+    drawFittedName(painter, nameArea, displayNameOf(name).left(kLongestName));
+    drawFittedNumber(painter, nameArea.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter,
+                     value, kValueDigits);
 }

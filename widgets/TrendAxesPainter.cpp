@@ -1,6 +1,6 @@
 #include "widgets/TrendAxesPainter.h"
 
-#include "widgets/AxisNumber.h"
+#include "widgets/FittedText.h"
 #include "widgets/ValueScale.h"
 
 #include <QPainter>
@@ -16,6 +16,7 @@ constexpr int kTickLength = 4;
 constexpr int kEndLabelHeight = 16;
 constexpr int kMinimumTimeLabelGap = 4;
 constexpr int kSharedRows = 2;
+constexpr int kDigits = 6;
 
 } // namespace
 
@@ -98,7 +99,8 @@ void TrendAxesPainter::drawTimeTicks(int timeWindowMs, const QList<QRect>& cover
 
 void TrendAxesPainter::addValueLabel(double value, int top, int height)
 {
-    const QRect box(m_frame.margin, top, m_frame.leftAxis - kLabelGap, height);
+    // From the widget's edge, as the margin is room as well.
+    const QRect box(1, top, m_frame.margin + m_frame.leftAxis - kLabelGap - 1, height);
     // What is written is lower than its box: neighbours may share a little of it.
     const QRect written = box.adjusted(0, kSharedRows, 0, -kSharedRows);
     const bool covered =
@@ -107,7 +109,7 @@ void TrendAxesPainter::addValueLabel(double value, int top, int height)
                    written.top() <= other.box.bottom() - kSharedRows;
         });
     if (!covered)
-        m_valueLabels.append({axisNumber(value), box});
+        m_valueLabels.append({value, box});
 }
 
 // All in one size.
@@ -115,12 +117,11 @@ void TrendAxesPainter::drawValueLabels()
 {
     QStringList texts;
     for (const ValueLabel& label : std::as_const(m_valueLabels))
-        texts.append(label.text);
+        texts.append(QString::number(label.value, 'g', kDigits));
     const QFont font = m_painter.font();
-    // The margin is room as well.
     m_painter.setFont(fittingFont(font, texts, m_frame.margin + m_frame.leftAxis - kLabelGap - 1));
     m_painter.setPen(Qt::black);
     for (const ValueLabel& label : std::as_const(m_valueLabels))
-        drawAxisNumber(m_painter, label.box, label.text);
+        drawFittedNumber(m_painter, label.box, Qt::AlignRight | Qt::AlignVCenter, label.value, kDigits);
     m_painter.setFont(font);
 }

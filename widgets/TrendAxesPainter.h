@@ -23,7 +23,7 @@ public:
 private:
     struct ValueLabel
     {
-        QString text;
+        double value;
         QRect box;
     };
 

@@ -5,6 +5,7 @@
 #include "widgets/DisplayName.h"
 #include "widgets/DotCloud.h"
 #include "widgets/FileNumbers.h"
+#include "widgets/FittedText.h"
 #include "widgets/SizedFont.h"
 
 #include <QDateTime>
@@ -26,7 +27,6 @@ constexpr qint64 kBucketMs = 20;
 constexpr int kNewestRadius = 3;
 constexpr int kOlderRadius = 1;
 constexpr int kLabelPointSize = 9;
-constexpr int kSmallestPointSize = 7;
 constexpr int kLabelDigits = 6;
 constexpr int kLabelGap = 4;
 constexpr int kTitlePadding = 4;
@@ -92,24 +92,6 @@ void takeOver(const QDoubleSpinBox* editor, double& value)
 {
     if (editor)
         value = editor->value();
-}
-
-/// Draws the number smaller, then with fewer digits, until it fits; not at all where even that is too wide:
-/// a number with its ends cut off reads as another number.
-void drawNumber(QPainter& painter, const QRect& area, Qt::Alignment alignment, double value)
-{
-    painter.save();
-    int pointSize = kLabelPointSize;
-    int digits = kLabelDigits;
-    QString text = QString::number(value, 'g', digits);
-    const auto fits = [&] { return painter.fontMetrics().horizontalAdvance(text) <= area.width(); };
-    while (!fits() && pointSize > kSmallestPointSize)
-        painter.setFont(sizedFont(painter.font(), --pointSize));
-    while (!fits() && digits > 1)
-        text = QString::number(value, 'g', --digits);
-    if (fits())
-        painter.drawText(area, int(alignment) | Qt::TextDontClip, text);
-    painter.restore();
 }
 
 /// A single line around a centre, elided to a width, on a background that lets little of the plot through.
@@ -327,14 +309,15 @@ void XYPlotWidget::drawLimits(QPainter& painter, const QRect& plot, const ValueS
     painter.setPen(Qt::black);
     const int lineHeight = painter.fontMetrics().height();
     const QRect below(plot.left(), plot.bottom() + kLabelGap, (plot.width() - kLabelGap) / 2, lineHeight);
-    drawNumber(painter, below, Qt::AlignLeft, x.low);
-    drawNumber(painter, below.translated(plot.right() - below.right(), 0), Qt::AlignRight, x.high);
+    drawFittedNumber(painter, below, Qt::AlignLeft, x.low, kLabelDigits);
+    drawFittedNumber(painter, below.translated(plot.right() - below.right(), 0), Qt::AlignRight, x.high,
+                     kLabelDigits);
 
     QRect beside(1, 0, plot.left() - 1 - kLabelGap, lineHeight);
     beside.moveCenter({beside.center().x(), plot.top()});
-    drawNumber(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.high);
+    drawFittedNumber(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.high, kLabelDigits);
     beside.moveCenter({beside.center().x(), plot.bottom()});
-    drawNumber(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.low);
+    drawFittedNumber(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.low, kLabelDigits);
 }
 
 void XYPlotWidget::drawPoints(QPainter& painter, const QRect& area, const ValueScale& x,
