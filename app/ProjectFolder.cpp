@@ -51,6 +51,7 @@ bool ProjectFolder::open(const QString& dir)
         return false;
     Q_EMIT aboutToOpen();
     m_path = QDir(dir).absolutePath();
+    Q_EMIT pathChanged(m_path);
     QSettings(kLastOpenedOrganization, kApplication).setValue(kProjectDirKey, m_path);
     ensureSubdirs();
     m_definitionsFile = file(kDefinitionsName); // also when it does not load: a reload tries it again

@@ -44,6 +44,8 @@ public:
 Q_SIGNALS:
     /// A project is about to be opened: whatever belongs to the one before must end now.
     void aboutToOpen();
+    /// This folder is the project's now, also when its definitions cannot be loaded.
+    void pathChanged(const QString& path);
     void opened(const QString& dir);
     /// The user does not want any project.
     void refused();

@@ -147,6 +147,7 @@ void Sigvane::setupProject()
 {
     m_project = new ProjectFolder(&m_definitions, this);
     connect(&m_definitions, &ActiveDefinitions::projectChanged, this, &Sigvane::onProjectChanged);
+    connect(m_project, &ProjectFolder::pathChanged, m_scene, &DesignScene::setProjectFolder);
     connect(m_project, &ProjectFolder::aboutToOpen, this, [this] { setMode(Idle); });
     connect(m_project, &ProjectFolder::opened, this, [this](const QString& dir) {
         statusBar()->showMessage(tr("Project: %1").arg(dir), kProjectMessageMs);

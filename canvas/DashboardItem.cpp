@@ -6,11 +6,13 @@
 #include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/DashboardWidgetFactory.h"
 #include "widgets/FileNumbers.h"
+#include "widgets/ProjectFolderAware.h"
 
 #include <QApplication>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneContextMenuEvent>
+#include <QGraphicsSceneDragDropEvent>
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QJsonArray>
@@ -252,6 +254,8 @@ void DashboardItem::followWidget()
                                               &DesignScene::noteAssignmentsChanged);
     m_destroyedConnection =
         QObject::connect(m_widget, &QObject::destroyed, designScene, &DesignScene::noteItemsChanged);
+    if (auto* aware = dynamic_cast<ProjectFolderAware*>(m_widget.data()))
+        aware->setProjectFolder(designScene->projectFolder());
 }
 
 void DashboardItem::noteChange() const
@@ -294,6 +298,10 @@ bool DashboardItem::sceneEventFilter(QGraphicsItem* watched, QEvent* event)
         return false;
     }
 }
+
+// What the widget does not want stops here, so that it does not fall through to a widget below. Refusing only
+// the moves keeps the item the drag's target and lets the pointer say no.
+void DashboardItem::dragMoveEvent(QGraphicsSceneDragDropEvent* event) { event->ignore(); }
 
 void DashboardItem::hoverMoveEvent(QGraphicsSceneHoverEvent* event)
 {

@@ -47,6 +47,7 @@ protected:
     QVariant itemChange(GraphicsItemChange change, const QVariant& value) override;
     bool sceneEvent(QEvent* event) override;
     bool sceneEventFilter(QGraphicsItem* watched, QEvent* event) override;
+    void dragMoveEvent(QGraphicsSceneDragDropEvent* event) override;
     void hoverMoveEvent(QGraphicsSceneHoverEvent* event) override;
     void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseMoveEvent(QGraphicsSceneMouseEvent* event) override;

@@ -3,6 +3,7 @@
 #include "canvas/DashboardItem.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/FileNumbers.h"
+#include "widgets/ProjectFolderAware.h"
 
 #include <QApplication>
 #include <QGraphicsSceneContextMenuEvent>
@@ -34,6 +35,14 @@ void DesignScene::setDesignMode(bool on)
 {
     m_designMode = on;
     invalidate();
+}
+
+void DesignScene::setProjectFolder(const QString& dir)
+{
+    m_projectFolder = dir;
+    const QList<ProjectFolderAware*> all = widgetsOfType<ProjectFolderAware>(false);
+    for (ProjectFolderAware* widget : all)
+        widget->setProjectFolder(dir);
 }
 
 QList<DashboardItem*> DesignScene::dashboardItems() const

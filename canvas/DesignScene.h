@@ -2,13 +2,14 @@
 
 #include <QGraphicsScene>
 #include <QList>
+#include <QString>
 
 class DashboardItem;
 class DashboardWidget;
 
 // The canvas: a scene of dashboard items with a grid behind them while the dashboard is being designed.
 // It answers questions about its items and counts the changes that matter to whoever keeps an index of them.
-// It knows nothing of modes, projects or values.
+// It passes the project's folder on to the widgets that need it, and knows nothing of modes or values.
 class DesignScene : public QGraphicsScene
 {
     Q_OBJECT
@@ -23,6 +24,11 @@ public:
     /// Whether the grid is shown; the items are switched by their own setDesignMode().
     bool isDesignMode() const { return m_designMode; }
     void setDesignMode(bool on);
+
+    /// The absolute path of the project's folder; empty while there is none.
+    QString projectFolder() const { return m_projectFolder; }
+    /// Tells every widget in the scene that needs the folder; items that come later ask for it.
+    void setProjectFolder(const QString& dir);
 
     /// The top-level dashboard items, topmost first.
     QList<DashboardItem*> dashboardItems() const;
@@ -51,6 +57,7 @@ private:
     QList<DashboardWidget*> widgets(bool topLevelOnly) const;
 
     bool m_designMode = false;
+    QString m_projectFolder;
     quint64 m_itemsRevision = 1;
     quint64 m_assignmentsRevision = 1;
     mutable quint64 m_highestZRevision = 0;

@@ -28,6 +28,7 @@ constexpr int kValueDigits = 5;
 constexpr int kCaptionGap = 2;
 constexpr int kNarrowestCaption = 6; ///< pixels; not even one digit fits into less
 constexpr int kLongestName = 200;    ///< characters; no bar is wide enough for more
+constexpr int kMaxMeasuredNames = 50;
 constexpr double kEditorLimit = 1'000'000'000.0;
 constexpr int kEditorDecimals = 2;
 constexpr QColor kGridColor(215, 215, 215);
@@ -42,15 +43,7 @@ constexpr QLatin1String kMaxHeightKey("maxHeight");
 constexpr QLatin1String kMinKey("min");
 constexpr QLatin1String kMaxKey("max");
 
-/// One line in a font small enough for the area, elided where it would be too small to read.
-void drawFittedName(QPainter& painter, const QRect& area, const QString& name)
-{
-    const QFont usual = painter.font();
-    painter.setFont(fittingFont(usual, {name}, area.width()));
-    painter.drawText(area, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
-                     painter.fontMetrics().elidedText(name, Qt::ElideRight, area.width()));
-    painter.setFont(usual);
-}
+QString caption(const QString& name) { return displayNameOf(name).left(kLongestName); }
 
 } // namespace
 
@@ -216,16 +209,39 @@ void BarGraphWidget::paintBars(QPainter& painter, const Plot& plot, const QRect&
     // Only what shows, as any number of signals may be assigned.
     const qint64 pitch = qint64(barWidth) + m_barSpacing;
     const qint64 first = std::max<qint64>(0, (exposed.left() - plot.left()) / pitch - 1);
-    for (qint64 i = first; i < names.size(); ++i) {
-        const qint64 x = plot.left() + i * pitch;
-        if (x - reach > exposed.right())
-            break;
-        const double value = m_latest.value(names[i], plot.scale.low);
-        paintBar(painter, plot, int(x), barWidth, value);
-        const QRect caption(int(x) - reach, plot.bottom() + kCaptionGap, barWidth + 2 * reach, 0);
-        if (caption.width() >= kNarrowestCaption)
-            paintCaption(painter, caption, names[i], value);
+    const qint64 end = std::min<qint64>(names.size(), (exposed.right() + reach - plot.left()) / pitch + 1);
+    for (qint64 i = first; i < end; ++i)
+        paintBar(painter, plot, int(plot.left() + i * pitch), barWidth, latestOf(names[i], plot));
+    if (barWidth + 2 * reach < kNarrowestCaption)
+        return;
+    const QFont usual = painter.font();
+    const QFont nameFont = captionFont(usual, barWidth + 2 * reach);
+    painter.setPen(Qt::black);
+    for (qint64 i = first; i < end; ++i) {
+        const QRect name(int(plot.left() + i * pitch) - reach, plot.bottom() + kCaptionGap,
+                         barWidth + 2 * reach, painter.fontMetrics().height());
+        painter.setFont(nameFont);
+        painter.drawText(name, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                         painter.fontMetrics().elidedText(caption(names[i]), Qt::ElideRight, name.width()));
+        painter.setFont(usual);
+        drawFittedNumber(painter, name.translated(0, name.height()).adjusted(0, 0, 0, -2), Qt::AlignCenter,
+                         latestOf(names[i], plot), kValueDigits);
     }
+}
+
+// One size for all names. The first ones decide: of very many none can be read anyway.
+QFont BarGraphWidget::captionFont(const QFont& usual, int width) const
+{
+    QStringList captions;
+    const QList<QString> names = assignedSignalList().mid(0, kMaxMeasuredNames);
+    for (const QString& name : names)
+        captions.append(caption(name));
+    return fittingFont(usual, captions, width);
+}
+
+double BarGraphWidget::latestOf(const QString& name, const Plot& plot) const
+{
+    return m_latest.value(name, plot.scale.low);
 }
 
 void BarGraphWidget::paintBar(QPainter& painter, const Plot& plot, int x, int width, double value) const
@@ -241,15 +257,4 @@ void BarGraphWidget::paintBar(QPainter& painter, const Plot& plot, int x, int wi
     // The outline runs through the middle of the outer pixels, so that it is not blurred over two.
     painter.drawRoundedRect(bar.adjusted(0.5, 0.5, -0.5, -0.5), kCornerRadius, kCornerRadius);
     painter.setRenderHint(QPainter::Antialiasing, false);
-}
-
-void BarGraphWidget::paintCaption(QPainter& painter, const QRect& area, const QString& name,
-                                  double value) const
-{
-    const int textHeight = painter.fontMetrics().height();
-    const QRect nameArea(area.x(), area.y(), area.width(), textHeight);
-    painter.setPen(Qt::black);
-    drawFittedName(painter, nameArea, displayNameOf(name).left(kLongestName));
-    drawFittedNumber(painter, nameArea.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter,
-                     value, kValueDigits);
 }

@@ -47,7 +47,8 @@ private:
     void paintZeroLine(QPainter& painter, const Plot& plot) const;
     void paintBars(QPainter& painter, const Plot& plot, const QRect& exposed) const;
     void paintBar(QPainter& painter, const Plot& plot, int x, int width, double value) const;
-    void paintCaption(QPainter& painter, const QRect& area, const QString& name, double value) const;
+    QFont captionFont(const QFont& usual, int width) const;
+    double latestOf(const QString& name, const Plot& plot) const;
 
     static constexpr int m_gridLines = 5; ///< above the one at the bottom
     static constexpr bool m_showGrid = true;

@@ -3,6 +3,7 @@
 #include "widgets/DashboardWidgetFactory.h"
 #include "widgets/DigitalDisplayWidget.h"
 #include "widgets/ErrorConsoleWidget.h"
+#include "widgets/ImageWidget.h"
 #include "widgets/LineWidget.h"
 #include "widgets/MessagesConsoleWidget.h"
 #include "widgets/StateIndicatorWidget.h"
@@ -35,5 +36,6 @@ void DashboardWidgetFactory::registerBuiltInTypes()
     add<StateIndicatorWidget>(*this, QLatin1String("StateIndicator"), QLatin1String("state.png"));
     add<ErrorConsoleWidget>(*this, QLatin1String("ErrorConsole"), QLatin1String("error_console.png"));
     add<MessagesConsoleWidget>(*this, QLatin1String("MessagesConsole"), QLatin1String("message-console.png"));
+    add<ImageWidget>(*this, QLatin1String("Image"), QLatin1String("image-icon.png"));
     add<XYPlotWidget>(*this, QLatin1String("XYPlot"), QLatin1String("xy_plot.png"));
 }

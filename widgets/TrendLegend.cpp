@@ -1,6 +1,7 @@
 #include "widgets/TrendLegend.h"
 
 #include <QPainter>
+#include <QStringList>
 
 #include <algorithm>
 
@@ -24,19 +25,26 @@ void TrendLegend::paint(QPainter& painter, const QRect& plot, const QList<Row>& 
     background.setAlpha(kVeilAlpha);
     const QFontMetrics metrics = painter.fontMetrics();
     const int left = plot.left();
-    int y = plot.top() + kTopGap;
-    for (const Row& row : rows) {
-        if (y > plot.bottom())
-            break;
+    const int textRoom = plot.right() - left - kTextLeft;
+    const qsizetype shown = std::min<qsizetype>(rows.size(), plot.height() / kRowHeight + 1);
+    QStringList texts;
+    int widest = 0;
+    for (qsizetype i = 0; i < shown; ++i) {
+        texts.append(metrics.elidedText(rows[i].text, Qt::ElideRight, textRoom));
+        widest = std::max(widest, metrics.horizontalAdvance(texts.last()));
+    }
+    const int top = plot.top() + kTopGap;
+    painter.fillRect(left + kAreaLeft, top, widest + 4, int(shown) * kRowHeight + metrics.descent(),
+                     background);
+    for (qsizetype i = 0; i < shown; ++i) {
+        const Row& row = rows[i];
+        const int y = top + int(i) * kRowHeight;
         const QRect swatch(left + kSwatchLeft, y + kSwatchTop, kSwatch, kSwatch);
-        const QString text = metrics.elidedText(row.text, Qt::ElideRight, plot.right() - left - kTextLeft);
-        painter.fillRect(left + kAreaLeft, y, metrics.horizontalAdvance(text) + 4, kRowHeight, background);
         painter.fillRect(swatch, row.hidden ? QColor(200, 200, 200) : row.color);
         painter.setPen(row.hidden ? QColor(150, 150, 150) : QColor(Qt::black));
         const int textTop = y + 13 - metrics.ascent();
-        painter.drawText(left + kTextLeft, textTop + metrics.height() - 1, text);
+        painter.drawText(left + kTextLeft, textTop + metrics.height() - 1, texts[i]);
         m_areas.append({row.key, swatch | QRect(left + kAreaLeft, textTop, kAreaWidth, metrics.height())});
-        y += kRowHeight;
     }
 }
 

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "widgets/DashboardWidget.h"
+#include "widgets/ProjectFolderAware.h"
+
+#include <QColor>
+#include <QList>
+#include <QPixmap>
+#include <QPointer>
+
+class QComboBox;
+class QLineEdit;
+class QSlider;
+
+// A picture that decorates the dashboard, chosen in the configuration dialog or dropped onto the widget. Its
+// path is saved relative to the project's folder, which the canvas tells, so that a project can be moved with
+// its pictures. It shows no signal.
+class ImageWidget : public DashboardWidget, public ProjectFolderAware
+{
+    Q_OBJECT
+
+public:
+    explicit ImageWidget(QWidget* parent = nullptr);
+
+    /// As it was set or loaded: absolute, or relative to the project's folder.
+    QString path() const { return m_path; }
+    /// Null while there is none.
+    QPixmap picture() const { return m_levels.value(0); }
+
+    /// Shows the picture of that file; an empty path clears the picture and keeps the path. What cannot be
+    /// read or has more than 64 million pixels (65,535 on a side) changes nothing, silently.
+    void loadPixmap(const QString& path);
+    /// Looks for a picture with a relative path again, in the new folder.
+    void setProjectFolder(const QString& dir) override;
+
+    void setValue(double) override {}
+    void setValueForSignal(const QString&, double) override {}
+    QString typeName() const override;
+    bool supportsMultipleSignals() const override;
+    bool usesSignalSelection() const override;
+    void loadConfig(const QJsonObject& config) override;
+    QJsonObject saveConfig() const override;
+    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
+    void applyConfigUI() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    static void browse(const QPointer<QLineEdit>& editor);
+    void addPathRow(QFormLayout* form, QWidget* parent);
+    QString resolved(const QString& path) const;
+    void setPicture(const QImage& image);
+    QRectF targetRect() const;
+    const QPixmap& levelFor(const QSizeF& pixels) const;
+    void drawPicture(QPainter& painter) const;
+
+    QString m_path;
+    QString m_projectFolder;
+    QList<QPixmap> m_levels; ///< the picture, then each half the size of the one before; empty without one
+    int m_mode = 0;
+    int m_opacity = 100; ///< per cent; kept as loaded, painted within 0 to 100
+    bool m_border = false;
+    QColor m_borderColor{30, 30, 30};
+    QPointer<QLineEdit> m_pathEditor;
+    QPointer<QComboBox> m_modeEditor;
+    QPointer<QSlider> m_opacityEditor;
+};
