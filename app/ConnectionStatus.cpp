@@ -73,14 +73,13 @@ void ConnectionStatus::setState(State state)
     refresh();
 }
 
-void ConnectionStatus::countLine()
-{
-    ++m_lines;
-    m_sinceLine.start();
-}
+// Asking the clock for every line would take a twentieth of the time of a flood.
+void ConnectionStatus::countLine() { ++m_lines; }
 
 void ConnectionStatus::measure()
 {
+    if (m_lines != m_samples.last().lines)
+        m_sinceLine.start();
     m_samples.append({m_sinceOpened.elapsed(), m_lines});
     if (m_samples.size() > kSamples)
         m_samples.removeFirst();

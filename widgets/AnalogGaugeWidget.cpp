@@ -50,7 +50,7 @@ void AnalogGaugeWidget::setValue(double value)
 {
     // Not std::clamp: the limits may be the wrong way round or NaN.
     m_value = std::isnan(value) ? m_minimum : std::max(m_minimum, std::min(value, m_maximum));
-    update();
+    updateForValue();
 }
 
 void AnalogGaugeWidget::setRange(double minimum, double maximum)

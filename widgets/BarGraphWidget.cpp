@@ -97,7 +97,7 @@ void BarGraphWidget::setValueForSignal(const QString& name, double value)
     if (!m_assignedNames.contains(name))
         return;
     m_latest.insert(name, value);
-    update();
+    updateForValue();
 }
 
 bool BarGraphWidget::supportsMultipleSignals() const { return true; }

@@ -1,5 +1,6 @@
 #include "widgets/DashboardWidget.h"
 
+#include <QEvent>
 #include <QJsonArray>
 #include <QJsonValue>
 
@@ -55,5 +56,20 @@ QJsonObject DashboardWidget::saveConfig() const
 void DashboardWidget::buildConfigUI(QFormLayout*, QWidget*) {}
 
 void DashboardWidget::applyConfigUI() {}
+
+// Whatever makes an update() ineffective, such as being hidden, leads to a painting when it ends.
+void DashboardWidget::updateForValue()
+{
+    if (!m_updatePending)
+        update();
+    m_updatePending = true;
+}
+
+bool DashboardWidget::event(QEvent* event)
+{
+    if (event->type() == QEvent::Paint)
+        m_updatePending = false;
+    return QWidget::event(event);
+}
 
 QString canonical(const QString& entry) { return entry.section(QLatin1Char(':'), 0, 0).trimmed(); }

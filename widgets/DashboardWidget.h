@@ -6,6 +6,7 @@
 #include <QString>
 #include <QWidget>
 
+class QEvent;
 class QFormLayout;
 
 // The base of everything that can stand on the dashboard. It fixes how the rest of the program talks to a
@@ -54,8 +55,15 @@ Q_SIGNALS:
     /// What assignedSignalList() returns may have changed.
     void assignmentChanged();
 
+protected:
+    bool event(QEvent* event) override;
+    /// As update(), but until the widget has been painted at the cost of a flag: for values, of which
+    /// thousands may come between two frames.
+    void updateForValue();
+
 private:
     QList<QString> m_assignedSignals;
+    bool m_updatePending = false;
 };
 
 /// The signal that an assignment entry names: what stands before its first ":", without outer white space.

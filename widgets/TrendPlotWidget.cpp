@@ -83,21 +83,22 @@ void TrendPlotWidget::setValueForSignal(const QString& name, double value)
     TrendSeries* series = acceptAt(name, now);
     if (!series || isRepeat(*series, value))
         return;
-    append(*series, now, value);
-    update();
+    append(*series, now, value, now);
+    updateForValue();
 }
 
 void TrendPlotWidget::setValueForSignalAt(const QString& name, double value, double tSec)
 {
-    const qint64 t = m_externalTime ? wholeMs(tSec * 1000.0) : nowMs();
+    const qint64 now = currentNowMs(); // asked once: the clock costs more than all else here
+    const qint64 t = m_externalTime ? wholeMs(tSec * 1000.0) : now;
     TrendSeries* series = acceptAt(name, t);
     if (!series)
         return;
     if (isRepeat(*series, value) && (m_settings.sampleAndHold || t - series->last().tMs < kHoldRepeatMs))
         return;
-    append(*series, t, value);
+    append(*series, t, value, now);
     if (!m_bulkLoading)
-        update();
+        updateForValue();
 }
 
 void TrendPlotWidget::addSample(const QString& name, double value, qint64 tMs, bool update)
@@ -106,7 +107,7 @@ void TrendPlotWidget::addSample(const QString& name, double value, qint64 tMs, b
     TrendSeries* series = m_store.accept(name);
     if (!series || isRepeat(*series, value))
         return;
-    append(*series, boundedTimeMs(tMs), value);
+    append(*series, boundedTimeMs(tMs), value, currentNowMs());
     if (update && !m_bulkLoading)
         this->update();
 }
@@ -121,11 +122,10 @@ TrendSeries* TrendPlotWidget::acceptAt(const QString& name, qint64 tMs)
     return series;
 }
 
-void TrendPlotWidget::append(TrendSeries& series, qint64 tMs, double value)
+void TrendPlotWidget::append(TrendSeries& series, qint64 tMs, double value, qint64 now)
 {
     series.append({tMs, value});
     m_lastAppendMs = tMs;
-    const qint64 now = currentNowMs();
     m_store.pruneKeepingOne(now - m_settings.timeWindowMs, &series);
     m_lastPruneMs = now;
 }

@@ -117,7 +117,7 @@ private:
 
     void followAssignment();
     TrendSeries* acceptAt(const QString& name, qint64 tMs);
-    void append(TrendSeries& series, qint64 tMs, double value);
+    void append(TrendSeries& series, qint64 tMs, double value, qint64 now);
 
     QList<Channel> shownChannels() const;
     using Tracer = QList<QLine> (*)(const TrendSeries&, const TrendAxes&);

@@ -118,7 +118,7 @@ XYPlotWidget::XYPlotWidget(QWidget* parent)
 void XYPlotWidget::pushPoint(const QPointF& point)
 {
     m_points.push(point);
-    update();
+    updateForValue();
 }
 
 void XYPlotWidget::clearData()
