@@ -6,6 +6,7 @@
 #include "canvas/LayoutFile.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/DashboardWidgetFactory.h"
+#include "widgets/TrendPlotWidget.h"
 
 #include <QApplication>
 #include <QFile>
@@ -40,20 +41,35 @@ void feed(DesignScene& scene)
                                    std::numeric_limits<double>::infinity(), -1e308, 5e-324, 42.0};
     const QList<DashboardWidget*> widgets = scene.widgetsOfType<DashboardWidget>(false);
     for (DashboardWidget* widget : widgets) {
-        for (const double value : kHostile)
-            widget->setValueForSignalAt(widget->signalName(), value, value);
+        if (auto* plot = dynamic_cast<TrendPlotWidget*>(widget))
+            plot->setExternalTimeEnabled(true);
+        const QStringList names = widget->assignedSignalList();
+        for (const double value : kHostile) {
+            for (const QString& name : names)
+                widget->setValueForSignalAt(name, value, value);
+        }
     }
     QImage image(300, 200, QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
     scene.render(&painter, QRectF(), QRectF(0, 0, 600, 400));
 }
 
-QJsonValue savedItems(const QString& path)
+QJsonArray savedItems(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("the saved layout is gone");
-    return QJsonDocument::fromJson(file.readAll()).object().value(QLatin1String("items"));
+    QJsonArray items =
+        QJsonDocument::fromJson(file.readAll()).object().value(QLatin1String("items")).toArray();
+    for (auto item : items) {
+        // A trend plot saves this one but does not read what it saved.
+        QJsonObject record = item.toObject();
+        QJsonObject config = record.value(QLatin1String("config")).toObject();
+        config.remove(QLatin1String("sampleAndHold"));
+        record.insert(QLatin1String("config"), config);
+        item = record;
+    }
+    return items;
 }
 
 } // namespace
