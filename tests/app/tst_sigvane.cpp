@@ -8,6 +8,7 @@
 #include "licensing/LicenseCheck.h"
 #include "support/ModalAnswer.h"
 #include "widgets/DashboardWidget.h"
+#include "widgets/TrendPlotWidget.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -75,6 +76,40 @@ private Q_SLOTS:
         rig.window.setMode(Sigvane::Record); // refused, and Design has been left
         QCOMPARE(rig.window.mode(), Sigvane::Design);
         QVERIFY(!rig.palette->isEnabled());
+    }
+
+    void modesSetThePlotsClockAndEmptyThem()
+    {
+        Rig rig;
+        QCOMPARE(rig.window.dominantTrendWindowSeconds(), 10.0);
+        for (const int windowMs : {5000, 60'000, -1}) {
+            rig.window.addWidget(u"TrendPlot"_s);
+            rig.items().first()->widget()->loadConfig({{u"timeWindowMs"_s, windowMs}});
+        }
+        QCOMPARE(rig.window.dominantTrendWindowSeconds(), 30.0);
+        auto* plot = static_cast<TrendPlotWidget*>(rig.items().first()->widget());
+        plot->assignSignals({u"A"_s});
+        for (const auto& [from, to, cleared] : {std::tuple(Sigvane::Design, Sigvane::Play, false),
+                                                std::tuple(Sigvane::Idle, Sigvane::Play, false),
+                                                std::tuple(Sigvane::Pause, Sigvane::Idle, true)}) {
+            rig.window.setMode(from);
+            plot->setExternalTimeEnabled(true);
+            plot->setExternalNowMs(1000);
+            plot->setValueForSignalAt(u"A"_s, double(from), 1.0);
+            rig.window.setMode(to);
+            QVERIFY(plot->currentNowMs() > 1000);
+            QCOMPARE(plot->series(u"A"_s) == nullptr, cleared);
+        }
+    }
+
+    void tellsTheCanvasTheProjectAlsoWithoutDefinitions()
+    {
+        Rig rig;
+        const QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkdir(u"dashboard_signals.def"_s)); // a folder cannot be read
+        rig.answer.press(QMessageBox::Ok);
+        QVERIFY(!rig.window.setProjectDir(dir.path()));
+        QCOMPARE(rig.window.scene()->projectFolder(), dir.path());
     }
 
     void closingMenuWipesNothingAndTheModeComesBack()

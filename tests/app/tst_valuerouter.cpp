@@ -6,6 +6,7 @@
 #include "widgets/ErrorConsoleWidget.h"
 #include "widgets/MessagesConsoleWidget.h"
 #include "widgets/StateIndicatorWidget.h"
+#include "widgets/XYPlotWidget.h"
 
 #include <QGraphicsProxyWidget>
 #include <QRandomGenerator>
@@ -153,6 +154,24 @@ private Q_SLOTS:
         rig.router.reapplyMappingsToCurrentValues();
         QVERIFY(rig.log.isEmpty());
         QCOMPARE(rig.router.lastValues(), (QMap<QString, double>{{name, 100.0}, {u"U"_s, 5.0}}));
+    }
+
+    void followsThePlotThatChoosesItsSignalsItself()
+    {
+        Rig rig;
+        auto* plot = new XYPlotWidget;
+        rig.scene.addItem(new DashboardItem(plot));
+        for (const QString& ySignal : {u"B"_s, u"C"_s}) {
+            plot->clearData();
+            plot->loadConfig({{u"xSignal"_s, u"A"_s}, {u"ySignal"_s, ySignal}});
+            for (const QString& name : {u"A"_s, u"B"_s, u"C"_s})
+                rig.router.updateSignalValueAt(name,
+                                               name == u"A"   ? 1.0
+                                               : name == u"B" ? 2.0
+                                                              : 3.0,
+                                               ySignal == u"B");
+            QCOMPARE(plot->points().points(), QList({QPointF(1.0, ySignal == u"B" ? 2.0 : 3.0)}));
+        }
     }
 
     void statesErrorsAndMessagesFindTheirWidgets()
