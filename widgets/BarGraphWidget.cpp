@@ -149,7 +149,10 @@ void BarGraphWidget::paintEvent(QPaintEvent* event)
         paintGrid(painter, plot);
     if (plot.hasZero)
         paintZeroLine(painter, plot);
-    paintBars(painter, plot, event->rect());
+    const Bars bars = visibleBars(plot, event->rect());
+    for (const Bar& bar : bars.list)
+        paintBar(painter, plot, bar.x, bars.width, bar.value);
+    paintCaptions(painter, plot, bars);
     painter.setPen(QPen(kAxisColor, 1.0));
     painter.drawLine(plot.left(), plot.top(), plot.left(), plot.bottom());
 }
@@ -197,35 +200,43 @@ void BarGraphWidget::paintZeroLine(QPainter& painter, const Plot& plot) const
     plot.drawAxisNumber(painter, plot.baseY(), 0.0);
 }
 
-void BarGraphWidget::paintBars(QPainter& painter, const Plot& plot, const QRect& exposed) const
+// Only those that show, as any number of signals may be assigned.
+BarGraphWidget::Bars BarGraphWidget::visibleBars(const Plot& plot, const QRect& exposed) const
 {
     const QList<QString> names = assignedSignalList();
     const qint64 room = plot.area.width() - qint64(m_barSpacing) * (names.size() - 1);
     const int evenWidth = static_cast<int>(room / names.size());
-    const int barWidth = evenWidth < kNarrowestBar ? kBarWhenTooNarrow : evenWidth;
+    Bars bars;
+    bars.width = evenWidth < kNarrowestBar ? kBarWhenTooNarrow : evenWidth;
     // Captions may take what is free beside a bar, but not so much that they touch each other or the edge.
-    const int reach = std::clamp(m_barSpacing / 2 - 1, 0, m_margin);
-
-    // Only what shows, as any number of signals may be assigned.
-    const qint64 pitch = qint64(barWidth) + m_barSpacing;
+    bars.reach = std::clamp(m_barSpacing / 2 - 1, 0, m_margin);
+    const qint64 pitch = qint64(bars.width) + m_barSpacing;
     const qint64 first = std::max<qint64>(0, (exposed.left() - plot.left()) / pitch - 1);
-    const qint64 end = std::min<qint64>(names.size(), (exposed.right() + reach - plot.left()) / pitch + 1);
+    const qint64 end =
+        std::min<qint64>(names.size(), (exposed.right() + bars.reach - plot.left()) / pitch + 1);
     for (qint64 i = first; i < end; ++i)
-        paintBar(painter, plot, int(plot.left() + i * pitch), barWidth, latestOf(names[i], plot));
-    if (barWidth + 2 * reach < kNarrowestCaption)
+        bars.list.append({names[i], m_latest.value(names[i], plot.scale.low), int(plot.left() + i * pitch)});
+    return bars;
+}
+
+void BarGraphWidget::paintCaptions(QPainter& painter, const Plot& plot, const Bars& bars) const
+{
+    const int width = bars.width + 2 * bars.reach;
+    if (width < kNarrowestCaption)
         return;
-    const QFont usual = painter.font();
-    const QFont nameFont = captionFont(usual, barWidth + 2 * reach);
+    const int textHeight = painter.fontMetrics().height();
+    const QFont nameFont = captionFont(painter.font(), width);
+    // One size for most numbers, or they would jump with every digit that comes or goes.
+    const QFont numberFont = fittingFont(painter.font(), {QStringLiteral("-123.45")}, width);
     painter.setPen(Qt::black);
-    for (qint64 i = first; i < end; ++i) {
-        const QRect name(int(plot.left() + i * pitch) - reach, plot.bottom() + kCaptionGap,
-                         barWidth + 2 * reach, painter.fontMetrics().height());
+    for (const Bar& bar : bars.list) {
+        const QRect name(bar.x - bars.reach, plot.bottom() + kCaptionGap, width, textHeight);
         painter.setFont(nameFont);
         painter.drawText(name, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
-                         painter.fontMetrics().elidedText(caption(names[i]), Qt::ElideRight, name.width()));
-        painter.setFont(usual);
-        drawFittedNumber(painter, name.translated(0, name.height()).adjusted(0, 0, 0, -2), Qt::AlignCenter,
-                         latestOf(names[i], plot), kValueDigits);
+                         painter.fontMetrics().elidedText(caption(bar.name), Qt::ElideRight, width));
+        painter.setFont(numberFont);
+        drawFittedNumber(painter, name.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter,
+                         bar.value, kValueDigits);
     }
 }
 
@@ -237,11 +248,6 @@ QFont BarGraphWidget::captionFont(const QFont& usual, int width) const
     for (const QString& name : names)
         captions.append(caption(name));
     return fittingFont(usual, captions, width);
-}
-
-double BarGraphWidget::latestOf(const QString& name, const Plot& plot) const
-{
-    return m_latest.value(name, plot.scale.low);
 }
 
 void BarGraphWidget::paintBar(QPainter& painter, const Plot& plot, int x, int width, double value) const

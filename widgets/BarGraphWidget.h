@@ -40,15 +40,28 @@ protected:
 
 private:
     struct Plot;
+    struct Bar
+    {
+        QString name;
+        double value; ///< the lower limit before the first one came
+        int x;
+    };
+    /// The bars of one painting.
+    struct Bars
+    {
+        int width = 0; ///< of each, in pixels
+        int reach = 0; ///< how far a caption may stand out on either side
+        QList<Bar> list;
+    };
 
     void rememberAssignment();
     Plot plot() const;
     void paintGrid(QPainter& painter, const Plot& plot) const;
     void paintZeroLine(QPainter& painter, const Plot& plot) const;
-    void paintBars(QPainter& painter, const Plot& plot, const QRect& exposed) const;
+    Bars visibleBars(const Plot& plot, const QRect& exposed) const;
     void paintBar(QPainter& painter, const Plot& plot, int x, int width, double value) const;
+    void paintCaptions(QPainter& painter, const Plot& plot, const Bars& bars) const;
     QFont captionFont(const QFont& usual, int width) const;
-    double latestOf(const QString& name, const Plot& plot) const;
 
     static constexpr int m_gridLines = 5; ///< above the one at the bottom
     static constexpr bool m_showGrid = true;
