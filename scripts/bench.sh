@@ -26,10 +26,11 @@ build_benchmarks() {
         cat "$log" >&2
         die "configuring failed"
     }
-    build release bench_parse bench_deliver bench_window
+    build release bench_parse bench_deliver bench_window bench_plots bench_xyplot
 }
 
-# run_google_benchmark <name>: adds "<name>/<benchmark> <items per second>" lines to the figures.
+# run_google_benchmark <name>: adds "<name>/<benchmark> <items per second>" lines to the figures; a benchmark that
+# counts no items is one itself.
 run_google_benchmark() {
     step "running $1"
     "$programs/$1" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true --benchmark_format=csv \
@@ -39,7 +40,7 @@ run_google_benchmark() {
     }
     awk -F, -v program="$1" '/_median"/ {
         gsub(/"|_median/, "", $1)
-        print program "/" $1, $7
+        print program "/" $1, $7 ? $7 : ($5 == "ms" ? 1e3 : 1e9) / $3
     }' "$results/$1.csv" >>"$figures"
 }
 
@@ -48,6 +49,15 @@ run_plain_python() {
     step "running parse_plain.py"
     output=$(python3 bench/parse_plain.py 10) || die "parse_plain.py failed"
     echo "parse_plain ${output%% *}" >>"$figures"
+}
+
+run_plots() {
+    step "running bench_plots (a quarter of a minute)"
+    "$programs/bench_plots" >"$results/bench_plots.txt" 2>"$results/bench_plots.log" || {
+        cat "$results/bench_plots.log" >&2
+        die "bench_plots failed"
+    }
+    sed 's,^,bench_plots/,' "$results/bench_plots.txt" >>"$figures"
 }
 
 # Always on a virtual display, so that neither a display server nor what else is on the screen makes a difference.
@@ -77,7 +87,8 @@ print_table() {
             return ok ? "ok" : "MISSED"
         }
         function scaled(number) {
-            return number >= 1e6 ? sprintf("%.2f M", number / 1e6) : sprintf("%.1f k", number / 1e3)
+            return number >= 1e6 ? sprintf("%.2f M", number / 1e6) \
+                 : number >= 1e3 ? sprintf("%.1f k", number / 1e3) : sprintf("%.3g", number)
         }
         # How many times "dividend" is "divisor", which are both so many per second.
         function ratio(what, beside, dividend, divisor, comparison, target,    times) {
@@ -90,6 +101,16 @@ print_table() {
                 verdict(comparison == ">=" ? times >= target : times <= target),
                 scaled(value[dividend]) " and " scaled(value[divisor]) " per second")
         }
+        # How many times as long "slow" takes as "quick", both in milliseconds.
+        function times(what, beside, slow, quick, comparison, target,    measured) {
+            slow = value["bench_plots/" slow]
+            quick = value["bench_plots/" quick]
+            measured = slow > 0 && quick > 0 ? slow / quick : 0
+            row(what, beside, comparison " " target " x",
+                measured ? sprintf(measured < 10 ? "%.2f x" : "%.0f x", measured) : "failed",
+                verdict(measured && (comparison == ">=" ? measured >= target : measured <= target)),
+                measured ? sprintf("%.4g and %.4g ms", slow, quick) : "")
+        }
         function most(what, name, factor, limit, unit, figures) {
             if (name in value)
                 row(what, "", "<= " limit unit, sprintf("%.3g%s", value[name] * factor, unit),
@@ -98,6 +119,10 @@ print_table() {
                 row(what, "", "<= " limit unit, "failed", verdict(0))
         }
         { value[$1] = $2 }
+        $1 ~ "^bench_plots/hostile/" && $2 >= value["slowest hostile"] {
+            value["slowest hostile"] = $2
+            slowest_hostile = substr($1, length("bench_plots/hostile/") + 1)
+        }
         END {
             row("what", "beside", "target", "measured", "", "figures")
 
@@ -131,6 +156,17 @@ print_table() {
             most("window at 5,000 lines/s: share of a core", "bench_window/example_processor_share", 100, 30, " %",
                  sprintf("at %.0f lines/s", value["bench_window/example_lines_per_second"]))
             most("window at 5,000 lines/s: longest block", "bench_window/example_longest_block_ms", 1, 50, " ms")
+
+            times("trend plot repaint, 6 x 600,000: speed", "every sample as steps",
+                  "trend_every_sample_ms", "trend_steps_ms", ">=", 50)
+            times("trend plot repaint, 6 x 600,000: time", "6 x 20,000 samples",
+                  "trend_steps_ms", "trend_steps_few_samples_ms", "<=", 3)
+            most("trend plot, 6 x 1,000/s: longest frame", "bench_plots/trend_live_frame_worst_ms", 1, 50, " ms",
+                 sprintf("mean %.3g ms, %.0f ns per sample", value["bench_plots/trend_live_frame_mean_ms"],
+                         value["bench_plots/trend_append_ns"]))
+            ratio("XY plot repaint, 200,000 points: speed", "one ellipse per point",
+                  "bench_xyplot/xyplot/dots:200000", "bench_xyplot/ellipses/dots:200000", ">=", 20)
+            most("hostile dashboards: slowest repaint", "slowest hostile", 1, 50, " ms", slowest_hostile)
         }' "$figures" | tee "$results/table.txt"
 }
 
@@ -142,5 +178,7 @@ mkdir -p "$results"
 run_google_benchmark bench_parse
 run_plain_python
 run_google_benchmark bench_deliver
+run_plots
+run_google_benchmark bench_xyplot
 run_window
 print_table
