@@ -22,7 +22,6 @@ namespace {
 
 constexpr QSize kMinimumSize(220, 140);
 constexpr int kLabelPointSize = 9;
-constexpr double kTraceWidth = 1.5;
 
 constexpr double kValueEpsilon = 1e-9;
 constexpr qint64 kHoldRepeatMs = 50;
@@ -402,28 +401,34 @@ void TrendPlotWidget::drawTraces(QPainter& painter, const TrendAxes& axes, doubl
         return;
     const QList<Channel> channels = shownChannels();
     for (const Channel& channel : channels) {
+        const Trace trace = tracer(*m_store.find(channel.key), axes);
         painter.setPen(QPen(channel.color, penWidth));
-        painter.drawLines(tracer(*m_store.find(channel.key), axes));
+        painter.drawLines(trace.lines);
+        painter.setRenderHint(QPainter::Antialiasing, false); // whole pixels
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(channel.color);
+        painter.drawRects(trace.areas);
+        painter.setRenderHint(QPainter::Antialiasing, true);
     }
 }
 
 void TrendPlotWidget::drawSeries(QPainter& painter, const QRect& plot, double min, double max,
                                  qint64 t0) const
 {
-    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, kTraceWidth, segmentLines);
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, Trace::kPenWidth, segmentTrace);
 }
 
 void TrendPlotWidget::drawSeriesSteps(QPainter& painter, const QRect& plot, double min, double max,
                                       qint64 t0) const
 {
-    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, kTraceWidth, stepLines);
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, Trace::kPenWidth, stepTrace);
 }
 
 void TrendPlotWidget::drawSeriesDownsampled(QPainter& painter, const QRect& plot, double min, double max,
                                             qint64 t0) const
 {
     qDebug("Downsampled");
-    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, 1.0, columnLines);
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, 1.0, columnTrace);
 }
 
 void TrendPlotWidget::drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const

@@ -13,6 +13,7 @@
 
 #include <utility>
 
+struct Trace;
 struct TrendAxes;
 
 // Signals against time, scrolling from now on the right to now minus the time window on the left. Live, now
@@ -120,7 +121,7 @@ private:
     void append(TrendSeries& series, qint64 tMs, double value, qint64 now);
 
     QList<Channel> shownChannels() const;
-    using Tracer = QList<QLine> (*)(const TrendSeries&, const TrendAxes&);
+    using Tracer = Trace (*)(const TrendSeries&, const TrendAxes&);
     void drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth, Tracer tracer) const;
     void drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const;
     void drawMarkers(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const;

@@ -3,27 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-void TrendExtent::include(double value)
-{
-    if (std::isinf(value)) {
-        (value > 0 ? reachesPlusInfinity : reachesMinusInfinity) = true;
-        return;
-    }
-    // Both comparisons are false for NaN.
-    if (value < low)
-        low = value;
-    if (value > high)
-        high = value;
-}
-
-void TrendExtent::include(const TrendExtent& other)
-{
-    low = std::min(low, other.low);
-    high = std::max(high, other.high);
-    reachesPlusInfinity |= other.reachesPlusInfinity;
-    reachesMinusInfinity |= other.reachesMinusInfinity;
-}
-
 double TrendExtent::lowest() const
 {
     return reachesMinusInfinity ? -std::numeric_limits<double>::infinity() : low;

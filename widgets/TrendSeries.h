@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <array>
 #include <deque>
 #include <limits>
@@ -22,13 +23,37 @@ struct TrendExtent
     bool reachesPlusInfinity = false;
     bool reachesMinusInfinity = false;
 
-    void include(double value);
-    void include(const TrendExtent& other);
+    // All comparisons are false for NaN.
+    void include(double value)
+    {
+        if (value > high) {
+            if (value <= kLargest)
+                high = value;
+            else
+                reachesPlusInfinity = true;
+        }
+        if (value < low) {
+            if (value >= -kLargest)
+                low = value;
+            else
+                reachesMinusInfinity = true;
+        }
+    }
+    void include(const TrendExtent& other)
+    {
+        low = std::min(low, other.low);
+        high = std::max(high, other.high);
+        reachesPlusInfinity |= other.reachesPlusInfinity;
+        reachesMinusInfinity |= other.reachesMinusInfinity;
+    }
     bool hasFinite() const { return low <= high; }
     bool isEmpty() const { return !hasFinite() && !reachesPlusInfinity && !reachesMinusInfinity; }
     /// The ends with the infinities taken as such; meaningless when empty.
     double lowest() const;
     double highest() const;
+
+private:
+    static constexpr double kLargest = std::numeric_limits<double>::max();
 };
 
 // The samples of one signal, in the order in which they came; the trend plot draws from it. Appending and

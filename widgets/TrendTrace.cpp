@@ -8,17 +8,21 @@
 
 namespace {
 
+constexpr int kNowhere = -1'000'000'000;
 constexpr int kFarOff = 100'000; ///< pixels; further off the plot no line needs to lead
 
 /// The samples of one pixel column; the values in it as pixels, meaningless when empty.
 struct Column
 {
     int x;
+    bool isDense; ///< several samples
     bool isEmpty; ///< NaN only
     int top;
     int bottom;
     std::optional<int> first; ///< nothing where the trace is interrupted
     std::optional<int> last;
+
+    bool spans(int y) const { return top <= y && y <= bottom; }
 };
 
 std::optional<int> pixelOf(const TrendAxes& axes, double value)
@@ -26,23 +30,26 @@ std::optional<int> pixelOf(const TrendAxes& axes, double value)
     return std::isnan(value) ? std::nullopt : std::optional(axes.y(value));
 }
 
-/// The first index in [from, end) whose sample lies right of column x, found in steps that double: mostly it
-/// is near. Where times go backwards it is some such index.
-qsizetype endOfColumn(const TrendSeries& series, const TrendAxes& axes, int x, qsizetype from, qsizetype end)
+/// The first index in [from, end) whose sample lies right of column x, or end. The search begins at a guess
+/// between the two and reaches out from there in steps that double. Where times go backwards it finds some
+/// such index.
+qsizetype endOfColumn(const TrendSeries& series, const TrendAxes& axes, int x, qsizetype from, qsizetype end,
+                      qsizetype guess)
 {
-    qsizetype low = from; // all before it belong to the column
-    qsizetype high = end; // end, or an index right of the column
-    for (qsizetype step = 1; low < end; step *= 2) {
-        const qsizetype probe = std::min(low + step, end) - 1;
-        if (axes.x(series.at(probe).tMs) > x) {
-            high = probe;
-            break;
-        }
-        low = probe + 1;
+    const auto isRight = [&](qsizetype index) { return axes.x(series.at(index).tMs) > x; };
+    qsizetype low = guess;  // all before it belong to the column
+    qsizetype high = guess; // end, or an index right of the column
+    for (qsizetype step = 1; low > from && isRight(low - 1); step *= 2) {
+        high = low - 1;
+        low = std::max(from, high - step);
+    }
+    for (qsizetype step = 1; high < end && !isRight(high); step *= 2) {
+        low = high + 1;
+        high = std::min(end, low + step);
     }
     while (low < high) {
         const qsizetype middle = low + (high - low) / 2;
-        if (axes.x(series.at(middle).tMs) > x)
+        if (isRight(middle))
             high = middle;
         else
             low = middle + 1;
@@ -55,15 +62,17 @@ template <class Visit>
 void forEachColumn(const TrendSeries& series, const TrendAxes& axes, qsizetype begin, qsizetype end,
                    Visit visit)
 {
+    qsizetype usual = 1; // samples per column
     while (begin < end) {
         const int x = axes.x(series.at(begin).tMs);
-        const qsizetype next = endOfColumn(series, axes, x, begin + 1, end);
+        const qsizetype next = endOfColumn(series, axes, x, begin + 1, end, std::min(begin + usual, end));
+        usual = next - begin;
         const auto first = pixelOf(axes, series.at(begin).value);
         if (next == begin + 1) {
-            visit(Column{x, !first, first.value_or(0), first.value_or(0), first, first});
+            visit(Column{x, false, !first, first.value_or(0), first.value_or(0), first, first});
         } else {
             const TrendExtent extent = series.extent(begin, next);
-            visit(Column{x, extent.isEmpty(), axes.y(extent.highest()), axes.y(extent.lowest()), first,
+            visit(Column{x, true, extent.isEmpty(), axes.y(extent.highest()), axes.y(extent.lowest()), first,
                          pixelOf(axes, series.at(next - 1).value)});
         }
         begin = next;
@@ -81,35 +90,73 @@ double valueAtLeftEdge(const TrendSeries& series, qsizetype first, qint64 t0)
     return before.value * (1.0 - fraction) + after.value * fraction;
 }
 
+/// Collects a trace from left to right.
+class Tracer
+{
+public:
+    Tracer() { m_trace.lines.reserve(32); }
+
+    /// What leads to the column, if anything, and not vertically.
+    void addLine(const QLine& line) { m_trace.lines.append(line); }
+
+    /// A vertical line of the column. Whether many stand side by side is known from the second one on.
+    void addVertical(const Column& column, int top, int bottom)
+    {
+        const bool beside = column.isDense && m_lastDense == column.x - 1;
+        m_lastDense = column.isDense ? column.x : kNowhere;
+        if (!beside) {
+            addLine(QLine(column.x, top, column.x, bottom));
+            return;
+        }
+        // What the pen covers, as lines and their ends stand out by half its width.
+        const QRect area(QPoint(column.x - 1, top - 1), QPoint(column.x, bottom));
+        QRect* const last = m_trace.areas.isEmpty() ? nullptr : &m_trace.areas.last();
+        if (last && last->right() == column.x - 1 && last->top() == area.top() &&
+            last->bottom() == area.bottom())
+            last->setRight(column.x);
+        else
+            m_trace.areas.append(area);
+    }
+
+    Trace take() { return std::move(m_trace); }
+
+private:
+    Trace m_trace;
+    int m_lastDense = kNowhere; ///< the column of the last line, if it is dense
+};
+
 } // namespace
 
-QList<QLine> segmentLines(const TrendSeries& series, const TrendAxes& axes)
+Trace segmentTrace(const TrendSeries& series, const TrendAxes& axes)
 {
-    QList<QLine> lines;
     const qsizetype begin = series.indexAtOrAfter(axes.t0);
     const qsizetype end = series.indexAtOrAfter(axes.t1() + 1);
     if (begin >= end)
-        return lines;
-    lines.reserve(32);
+        return {};
+    Tracer tracer;
     int x = axes.plot.left();
     std::optional<int> y = pixelOf(axes, valueAtLeftEdge(series, begin, axes.t0));
+    std::optional<Column> before;
     forEachColumn(series, axes, begin, end, [&](const Column& column) {
-        if (y && column.first)
-            lines.append(QLine(x, *y, column.x, *column.first));
+        // Where values are many and wild, the line from column to column lies inside both of them.
+        const bool covered = before && before->isDense && column.isDense && column.x == x + 1 && y &&
+                             column.first && column.spans(*y) && before->spans(*column.first);
+        if (y && column.first && !covered)
+            tracer.addLine(QLine(x, *y, column.x, *column.first));
         if (!column.isEmpty && column.top != column.bottom)
-            lines.append(QLine(column.x, column.top, column.x, column.bottom));
+            tracer.addVertical(column, column.top, column.bottom);
         x = column.x;
         y = column.last;
+        before = column;
     });
-    return lines;
+    return tracer.take();
 }
 
-QList<QLine> stepLines(const TrendSeries& series, const TrendAxes& axes)
+Trace stepTrace(const TrendSeries& series, const TrendAxes& axes)
 {
-    QList<QLine> lines;
     if (series.isEmpty())
-        return lines;
-    lines.reserve(32);
+        return {};
+    Tracer tracer;
     const qsizetype begin = std::max<qsizetype>(series.indexAtOrAfter(axes.t0), 1);
     const qsizetype end = std::max(series.indexAtOrAfter(axes.t1() + 1), begin);
     const TrendSample& held = series.at(begin - 1);
@@ -123,36 +170,36 @@ QList<QLine> stepLines(const TrendSeries& series, const TrendAxes& axes)
         // Between vertical lines in neighbouring columns the pen leaves no gap to be filled.
         const bool joined = risen && rises && column.x == x + 1;
         if (y && column.x > x && !joined)
-            lines.append(QLine(x, *y, column.x, *y));
+            tracer.addLine(QLine(x, *y, column.x, *y));
         if (rises)
-            lines.append(QLine(column.x, top, column.x, bottom));
+            tracer.addVertical(column, top, bottom);
         x = column.x;
         y = column.last;
         risen = rises;
     });
     if (y && x < axes.plot.right())
-        lines.append(QLine(x, *y, axes.plot.right(), *y));
-    return lines;
+        tracer.addLine(QLine(x, *y, axes.plot.right(), *y));
+    return tracer.take();
 }
 
-QList<QLine> columnLines(const TrendSeries& series, const TrendAxes& axes)
+Trace columnTrace(const TrendSeries& series, const TrendAxes& axes)
 {
-    QList<QLine> lines;
-    const qsizetype begin = series.indexAtOrAfter(axes.t0);
+    Trace trace;
     const auto pixel = [&axes](double value) {
         const double level = (value - axes.values.low) / (axes.values.high - axes.values.low);
         return axes.plot.bottom() - boundedInt(level * axes.plot.height(), -kFarOff, kFarOff, 0);
     };
-    qsizetype from = begin;
+    qsizetype from = series.indexAtOrAfter(axes.t0);
     while (from < series.size()) {
         // What is later than the right edge counts to the last column.
         const int x = std::min(axes.x(series.at(from).tMs), axes.plot.right());
-        const qsizetype next =
-            x == axes.plot.right() ? series.size() : endOfColumn(series, axes, x, from + 1, series.size());
+        const qsizetype next = x == axes.plot.right()
+                                   ? series.size()
+                                   : endOfColumn(series, axes, x, from + 1, series.size(), from + 1);
         const TrendExtent extent = series.extent(from, next);
         if (!extent.isEmpty())
-            lines.append(QLine(x, pixel(extent.lowest()), x, pixel(extent.highest())));
+            trace.lines.append(QLine(x, pixel(extent.lowest()), x, pixel(extent.highest())));
         from = next;
     }
-    return lines;
+    return trace;
 }

@@ -9,11 +9,11 @@
 
 class TrendSeries;
 
-// From the samples of one signal to the lines that show it: pure functions, without painter or widget.
-// Samples that fall into one pixel column become one vertical line over all that they cover, joined to its
-// neighbours at the first and the last of them: the same pixels as a line from sample to sample, at a cost
-// that is bounded by the columns. A sample alone in its column is drawn as it is. NaN interrupts the trace;
-// infinite values lie at the edge.
+// From the samples of one signal to what shows it: pure functions, without painter or widget. Samples that
+// fall into one pixel column become one vertical line over all that they cover, joined to its neighbours at
+// the first and the last of them: the same pixels as a line from sample to sample, at a cost that is bounded
+// by the columns. A sample alone in its column is drawn as it is. NaN interrupts the trace; infinite values
+// lie at the edge.
 
 /// The window of the plot: which time and which value lie where.
 struct TrendAxes
@@ -28,10 +28,20 @@ struct TrendAxes
     int y(double value) const { return plot.bottom() - values.pixels(value, plot.height()); }
 };
 
+/// What a trace is made of, to be drawn in one colour.
+struct Trace
+{
+    QList<QLine> lines; ///< for the pen, whose width is kPenWidth
+    /// Where many vertical lines stand side by side: the pixels that they cover, at a fraction of the cost.
+    QList<QRect> areas;
+
+    static constexpr double kPenWidth = 1.5;
+};
+
 /// Straight lines from sample to sample, from the left edge on. Nothing when no sample lies in the window.
-QList<QLine> segmentLines(const TrendSeries& series, const TrendAxes& axes);
+Trace segmentTrace(const TrendSeries& series, const TrendAxes& axes);
 /// Every value is held until the next one, the last one until now.
-QList<QLine> stepLines(const TrendSeries& series, const TrendAxes& axes);
+Trace stepTrace(const TrendSeries& series, const TrendAxes& axes);
 /// One vertical line per column, from the smallest to the largest value in it. Values off the scale lead off
 /// the plot.
-QList<QLine> columnLines(const TrendSeries& series, const TrendAxes& axes);
+Trace columnTrace(const TrendSeries& series, const TrendAxes& axes);

@@ -50,17 +50,19 @@ QList<QLine> everySample(const TrendSeries& series, const TrendAxes& axes, bool 
     return lines;
 }
 
-QImage drawn(const QList<QLine>& lines, bool antialiased)
+QImage drawn(const Trace& trace, bool antialiased)
 {
     QImage image(320, 220, QImage::Format_Grayscale8);
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing, antialiased);
     painter.setPen(QPen(Qt::black, 1.5));
-    for (const QLine& line : lines) {
+    for (const QLine& line : trace.lines) {
         if (line.p1() != line.p2())
             painter.drawLine(line);
     }
+    for (const QRect& area : trace.areas)
+        painter.fillRect(area, Qt::black);
     return image;
 }
 
@@ -133,18 +135,18 @@ private Q_SLOTS:
     }
 
     // Without antialiasing the same pixels; with it the same ends in every column, and shades of grey at most
-    // where one picture draws over an edge more often than the other.
+    // where one picture draws over an edge more often than the other, or fills it.
     void looksLikeEverySample()
     {
         QFETCH(int, samples);
         QFETCH(bool, steps);
         const TrendSeries series = noise(samples, 600'000, 42);
         const TrendAxes axes{kPlot, 0, series.last().tMs, {-10.0, 10.0}};
-        const QList<QLine> lines = steps ? stepLines(series, axes) : segmentLines(series, axes);
-        const QList<QLine> all = everySample(series, axes, steps);
-        QVERIFY(lines.size() <= std::min<qsizetype>(3 * kPlot.width(), all.size()));
-        QCOMPARE(drawn(lines, false), drawn(all, false));
-        QCOMPARE(reach(drawn(lines, true)), reach(drawn(all, true)));
+        const Trace trace = steps ? stepTrace(series, axes) : segmentTrace(series, axes);
+        const Trace all{everySample(series, axes, steps), {}};
+        QVERIFY(trace.lines.size() + trace.areas.size() <= 3 * kPlot.width());
+        QCOMPARE(drawn(trace, false), drawn(all, false));
+        QCOMPARE(reach(drawn(trace, true)), reach(drawn(all, true)));
     }
 
     void drawsHeldValueAndOpenEnds()
@@ -153,11 +155,11 @@ private Q_SLOTS:
         series.append({-5000, 5.0});
         const TrendAxes axes{kPlot, 0, 10'000, {0.0, 10.0}};
         const int middle = axes.y(5.0);
-        QCOMPARE(stepLines(series, axes), {QLine(10, middle, 309, middle)});
-        QCOMPARE(segmentLines(series, axes), {});
+        QCOMPARE(stepTrace(series, axes).lines, {QLine(10, middle, 309, middle)});
+        QCOMPARE(segmentTrace(series, axes).lines, {});
         series.append({5000, 10.0});
-        QCOMPARE(segmentLines(series, axes), {QLine(10, axes.y(7.5), axes.x(5000), axes.y(10.0))});
-        QCOMPARE(columnLines(series, axes), {QLine(axes.x(5000), 9, axes.x(5000), 9)});
+        QCOMPARE(segmentTrace(series, axes).lines, {QLine(10, axes.y(7.5), axes.x(5000), axes.y(10.0))});
+        QCOMPARE(columnTrace(series, axes).lines, {QLine(axes.x(5000), 9, axes.x(5000), 9)});
     }
 
     void placesTimesAndTicks()
