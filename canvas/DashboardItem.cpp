@@ -145,6 +145,9 @@ void DashboardItem::setDesignMode(bool on)
         // What the mouse last touched inside the widget would otherwise decide the cursor over all of it.
         m_proxy->setCursor(Qt::OpenHandCursor);
         m_proxy->clearFocus();
+        // It hears no more of the mouse, not even that it leaves.
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(m_widget, &leave);
     } else {
         m_widget->unsetCursor();
         m_proxy->unsetCursor();

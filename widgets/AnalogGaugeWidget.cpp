@@ -88,7 +88,7 @@ void AnalogGaugeWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 void AnalogGaugeWidget::applyConfigUI()
 {
     if (m_minimumEditor && m_maximumEditor)
-        setRange(m_minimumEditor->value(), m_maximumEditor->value());
+        setRange(editedValue(m_minimumEditor, m_minimum), editedValue(m_maximumEditor, m_maximum));
 }
 
 void AnalogGaugeWidget::paintEvent(QPaintEvent*)

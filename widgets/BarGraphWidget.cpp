@@ -3,7 +3,7 @@
 #include "widgets/ConfigEditors.h"
 #include "widgets/DisplayName.h"
 #include "widgets/FileNumbers.h"
-#include "widgets/FittedText.h"
+#include "widgets/NumberStyle.h"
 #include "widgets/SizedFont.h"
 #include "widgets/ValueScale.h"
 
@@ -53,6 +53,7 @@ struct BarGraphWidget::Plot
     QRect area; ///< bottom and right lie just outside of it
     ValueScale scale;
     bool hasZero;
+    NumberStyle axisNumbers;
 
     int left() const { return area.x(); }
     int right() const { return area.x() + area.width(); }
@@ -66,7 +67,7 @@ struct BarGraphWidget::Plot
     void drawAxisNumber(QPainter& painter, int y, double value) const
     {
         const QRect strip(0, y - kAxisStripHeight / 2, left() - kAxisTextGap, kAxisStripHeight);
-        drawFittedNumber(painter, strip, Qt::AlignRight | Qt::AlignVCenter, value, kAxisDigits);
+        axisNumbers.draw(painter, strip, Qt::AlignRight | Qt::AlignVCenter, value);
     }
 };
 
@@ -104,8 +105,8 @@ bool BarGraphWidget::supportsMultipleSignals() const { return true; }
 
 void BarGraphWidget::loadConfig(const QJsonObject& config)
 {
-    m_margin = jsonInt(config.value(kMarginKey), 0, kMaxGap, m_margin);
-    m_barSpacing = jsonInt(config.value(kBarSpacingKey), 0, kMaxGap, m_barSpacing);
+    m_margin = jsonInt(config.value(kMarginKey), m_margin);
+    m_barSpacing = jsonInt(config.value(kBarSpacingKey), m_barSpacing);
     m_minHeight = config.value(kMinHeightKey).toDouble(m_minHeight);
     m_maxHeight = config.value(kMaxHeightKey).toDouble(m_maxHeight);
     setRange(config.contains(kMinKey) ? config.value(kMinKey).toDouble() : m_minimum,
@@ -131,14 +132,14 @@ void BarGraphWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 void BarGraphWidget::applyConfigUI()
 {
     if (m_minimumEditor && m_maximumEditor)
-        setRange(m_minimumEditor->value(), m_maximumEditor->value());
+        setRange(editedValue(m_minimumEditor, m_minimum), editedValue(m_maximumEditor, m_maximum));
 }
 
 void BarGraphWidget::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Window));
-    if (m_assignedNames.isEmpty()) {
+    if (assignedSignalList().isEmpty()) {
         painter.setPen(Qt::gray);
         painter.drawText(rect(), Qt::AlignCenter, tr("No signals"));
         return;
@@ -159,11 +160,26 @@ void BarGraphWidget::paintEvent(QPaintEvent* event)
 
 BarGraphWidget::Plot BarGraphWidget::plot() const
 {
-    const int left = m_margin + m_leftAxis;
-    const int plotWidth = std::max(0, width() - m_margin - left);
-    const int plotHeight = std::max(0, height() - 2 * m_margin - m_bottomPad);
+    const int margin = this->margin();
+    const int left = margin + m_leftAxis;
+    const int plotWidth = std::max(0, width() - margin - left);
+    const int plotHeight = std::max(0, height() - 2 * margin - m_bottomPad);
     const ValueScale scale = ValueScale::raised(m_minimum, m_maximum);
-    return {QRect(left, m_margin, plotWidth, plotHeight), scale, scale.low <= 0.0 && scale.high >= 0.0};
+    QList<double> numbers;
+    for (int k = 0; k <= m_gridLines; ++k)
+        numbers.append(gridValue(scale, k));
+    return {QRect(left, margin, plotWidth, plotHeight), scale, scale.low <= 0.0 && scale.high >= 0.0,
+            NumberStyle::fitting(sizedFont(font(), kPointSize), numbers, kAxisDigits, left - kAxisTextGap)};
+}
+
+// Any number may come from a layout, and is saved again as it came.
+int BarGraphWidget::margin() const { return std::clamp(m_margin, 0, kMaxGap); }
+
+int BarGraphWidget::barSpacing() const { return std::clamp(m_barSpacing, 0, kMaxGap); }
+
+double BarGraphWidget::gridValue(const ValueScale& scale, int line)
+{
+    return scale.low + line * (scale.high - scale.low) / m_gridLines;
 }
 
 void BarGraphWidget::paintGrid(QPainter& painter, const Plot& plot) const
@@ -171,7 +187,6 @@ void BarGraphWidget::paintGrid(QPainter& painter, const Plot& plot) const
     if (!m_showGrid)
         return;
     const int textHeight = painter.fontMetrics().ascent();
-    const double step = (plot.scale.high - plot.scale.low) / m_gridLines;
     const bool allNumbersFit = plot.area.height() >= m_gridLines * textHeight;
     for (int k = 0; k <= m_gridLines; ++k) {
         const int y = plot.yOfLevel(double(k) / m_gridLines);
@@ -184,7 +199,7 @@ void BarGraphWidget::paintGrid(QPainter& painter, const Plot& plot) const
             (plot.hasZero && std::abs(y - plot.baseY()) < textHeight))
             continue;
         painter.setPen(Qt::black);
-        plot.drawAxisNumber(painter, y, plot.scale.low + k * step);
+        plot.drawAxisNumber(painter, y, gridValue(plot.scale, k));
     }
 }
 
@@ -204,13 +219,14 @@ void BarGraphWidget::paintZeroLine(QPainter& painter, const Plot& plot) const
 BarGraphWidget::Bars BarGraphWidget::visibleBars(const Plot& plot, const QRect& exposed) const
 {
     const QList<QString> names = assignedSignalList();
-    const qint64 room = plot.area.width() - qint64(m_barSpacing) * (names.size() - 1);
+    const int spacing = barSpacing();
+    const qint64 room = plot.area.width() - qint64(spacing) * (names.size() - 1);
     const int evenWidth = static_cast<int>(room / names.size());
     Bars bars;
     bars.width = evenWidth < kNarrowestBar ? kBarWhenTooNarrow : evenWidth;
     // Captions may take what is free beside a bar, but not so much that they touch each other or the edge.
-    bars.reach = std::clamp(m_barSpacing / 2 - 1, 0, m_margin);
-    const qint64 pitch = qint64(bars.width) + m_barSpacing;
+    bars.reach = std::clamp(spacing / 2 - 1, 0, margin());
+    const qint64 pitch = qint64(bars.width) + spacing;
     const qint64 first = std::max<qint64>(0, (exposed.left() - plot.left()) / pitch - 1);
     const qint64 end =
         std::min<qint64>(names.size(), (exposed.right() + bars.reach - plot.left()) / pitch + 1);
@@ -234,9 +250,8 @@ void BarGraphWidget::paintCaptions(QPainter& painter, const Plot& plot, const Ba
         painter.setFont(nameFont);
         painter.drawText(name, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
                          painter.fontMetrics().elidedText(caption(bar.name), Qt::ElideRight, width));
-        painter.setFont(numberFont);
-        drawFittedNumber(painter, name.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter,
-                         bar.value, kValueDigits);
+        NumberStyle::fitting(numberFont, {bar.value}, kValueDigits, width)
+            .draw(painter, name.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter, bar.value);
     }
 }
 

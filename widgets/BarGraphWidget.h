@@ -7,6 +7,7 @@
 #include <QSet>
 
 class QDoubleSpinBox;
+struct ValueScale;
 class QPainter;
 class QRect;
 
@@ -56,6 +57,9 @@ private:
 
     void rememberAssignment();
     Plot plot() const;
+    int margin() const;
+    int barSpacing() const;
+    static double gridValue(const ValueScale& scale, int line);
     void paintGrid(QPainter& painter, const Plot& plot) const;
     void paintZeroLine(QPainter& painter, const Plot& plot) const;
     Bars visibleBars(const Plot& plot, const QRect& exposed) const;

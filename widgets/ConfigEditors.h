@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
+
 // The editors of which the widgets make their rows in the configuration dialog. Each belongs to the parent
 // that it is given.
 
@@ -56,4 +58,11 @@ inline QComboBox* newChoice(const QStringList& texts, const QString& current, QW
     editor->addItems(texts);
     editor->setCurrentText(current);
     return editor;
+}
+
+/// What the editor says; the number before while that is what it would show, which may be rounded.
+inline double editedValue(const QDoubleSpinBox* editor, double before)
+{
+    const QString shown = editor->textFromValue(std::clamp(before, editor->minimum(), editor->maximum()));
+    return editor->textFromValue(editor->value()) == shown ? before : editor->value();
 }

@@ -1,6 +1,6 @@
 #include "widgets/TrendAxesPainter.h"
 
-#include "widgets/FittedText.h"
+#include "widgets/NumberStyle.h"
 #include "widgets/ValueScale.h"
 
 #include <QPainter>
@@ -74,27 +74,31 @@ void TrendAxesPainter::drawAxesAndZero(double min, double max, int timeWindowMs,
 
 void TrendAxesPainter::drawTimeTicks(int timeWindowMs, const QList<QRect>& covered)
 {
+    QList<QRect> taken = covered;
+    // Both ends first: now, and how far back the plot reaches. The others as far as there is room.
+    drawTimeTick(m_divisions, timeWindowMs, taken);
+    for (int i = 0; i < m_divisions; ++i)
+        drawTimeTick(i, timeWindowMs, taken);
+}
+
+void TrendAxesPainter::drawTimeTick(int division, int timeWindowMs, QList<QRect>& taken)
+{
+    const double fraction = double(division) / m_divisions;
+    const int x = TrendGeometry::xForFrac(m_plot, fraction);
+    m_painter.setPen(QPen(QColor(150, 150, 150), 1));
+    m_painter.drawLine(x, m_plot.bottom(), x, m_plot.bottom() + kTickLength);
+    const QString text = TrendGeometry::tickLabel(fraction, timeWindowMs);
     const QFontMetrics metrics = m_painter.fontMetrics();
-    const int top = m_plot.bottom() + 6;
-    int roomUntil = m_plot.right() + kMinimumTimeLabelGap + 1;
-    // From now back into the past: now is the label that must be there.
-    for (int i = m_divisions; i >= 0; --i) {
-        const double fraction = double(i) / m_divisions;
-        const int x = TrendGeometry::xForFrac(m_plot, fraction);
-        m_painter.setPen(QPen(QColor(150, 150, 150), 1));
-        m_painter.drawLine(x, m_plot.bottom(), x, m_plot.bottom() + kTickLength);
-        const QString text = TrendGeometry::tickLabel(fraction, timeWindowMs);
-        QRect box(0, top, metrics.horizontalAdvance(text) + 1, metrics.height());
-        box.moveLeft(std::max(x - box.width() / 2, m_plot.left()));
-        box.moveLeft(std::min(box.left(), m_plot.right() - box.width() + 1));
-        const bool hidden = std::any_of(covered.cbegin(), covered.cend(),
-                                        [&box](const QRect& other) { return other.intersects(box); });
-        if (hidden || box.right() + kMinimumTimeLabelGap > roomUntil)
-            continue;
-        roomUntil = box.left();
-        m_painter.setPen(Qt::black);
-        m_painter.drawText(box, Qt::AlignCenter, text);
-    }
+    QRect box(0, m_plot.bottom() + 6, metrics.horizontalAdvance(text) + 1, metrics.height());
+    box.moveLeft(std::max(x - box.width() / 2, m_plot.left()));
+    box.moveLeft(std::min(box.left(), m_plot.right() - box.width() + 1));
+    const QRect needed = box.adjusted(-kMinimumTimeLabelGap, 0, kMinimumTimeLabelGap, 0);
+    if (std::any_of(taken.cbegin(), taken.cend(),
+                    [&needed](const QRect& other) { return other.intersects(needed); }))
+        return;
+    taken.append(box);
+    m_painter.setPen(Qt::black);
+    m_painter.drawText(box, Qt::AlignCenter, text);
 }
 
 void TrendAxesPainter::addValueLabel(double value, int top, int height)
@@ -112,16 +116,15 @@ void TrendAxesPainter::addValueLabel(double value, int top, int height)
         m_valueLabels.append({value, box});
 }
 
-// All in one size.
+// All in one style.
 void TrendAxesPainter::drawValueLabels()
 {
-    QStringList texts;
+    QList<double> values;
     for (const ValueLabel& label : std::as_const(m_valueLabels))
-        texts.append(QString::number(label.value, 'g', kDigits));
-    const QFont font = m_painter.font();
-    m_painter.setFont(fittingFont(font, texts, m_frame.margin + m_frame.leftAxis - kLabelGap - 1));
+        values.append(label.value);
+    const int width = m_frame.margin + m_frame.leftAxis - kLabelGap - 1;
+    const NumberStyle style = NumberStyle::fitting(m_painter.font(), values, kDigits, width);
     m_painter.setPen(Qt::black);
     for (const ValueLabel& label : std::as_const(m_valueLabels))
-        drawFittedNumber(m_painter, label.box, Qt::AlignRight | Qt::AlignVCenter, label.value, kDigits);
-    m_painter.setFont(font);
+        style.draw(m_painter, label.box, Qt::AlignRight | Qt::AlignVCenter, label.value);
 }

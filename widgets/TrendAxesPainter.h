@@ -28,6 +28,7 @@ private:
     };
 
     void drawTimeTicks(int timeWindowMs, const QList<QRect>& covered);
+    void drawTimeTick(int division, int timeWindowMs, QList<QRect>& taken);
     void addValueLabel(double value, int top, int height);
     void drawValueLabels();
 

@@ -5,6 +5,8 @@
 #include <QSize>
 #include <QString>
 
+#include <utility>
+
 // Where things lie on a trend plot: pure functions from settings, times and fractions to pixels and back.
 // Rectangles are in integer pixels, with right and bottom as their last column and row. Times are in
 // milliseconds.
@@ -12,7 +14,7 @@ namespace TrendGeometry {
 
 constexpr int kTopPad = 24; ///< above the plot, for the markers' labels
 
-/// The pixels that surround the plot; none may be negative or above 1,000,000.
+/// The pixels that surround the plot.
 struct Frame
 {
     int margin = 6;
@@ -20,7 +22,10 @@ struct Frame
     int bottomPad = 20;
 };
 
-/// The plot inside a widget; width or height is 0 where there is no room.
+/// The frame with each of its numbers kept within 0 … 1,000,000.
+Frame bounded(const Frame& frame);
+
+/// The plot inside a widget, for a bounded frame; width or height is 0 where there is no room.
 QRect plotRect(const QSize& widget, const Frame& frame);
 
 /// t0 is the left edge; what is earlier lies there, too. t1 is the right edge; what is later lies beyond it,
@@ -30,6 +35,10 @@ int xForTime(const QRect& plot, qint64 t0, qint64 t1, qint64 t);
 int xForFrac(const QRect& plot, double fraction);
 /// The way back; left of the plot it is t0.
 qint64 timeForX(const QRect& plot, qint64 t0, qint64 t1, int x);
+
+/// The limits of an axis for values within these: a tenth of the distance of room on either side, or at least
+/// 1 where there is no distance. Both must be finite; they are cut at ±ValueScale::kLimit.
+std::pair<double, double> paddedRange(double low, double high);
 
 /// "-7.500s": a time relative to now.
 QString secondsLabel(qint64 ms);

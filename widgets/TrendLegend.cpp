@@ -26,7 +26,9 @@ void TrendLegend::paint(QPainter& painter, const QRect& plot, const QList<Row>& 
     const QFontMetrics metrics = painter.fontMetrics();
     const int left = plot.left();
     const int textRoom = plot.right() - left - kTextLeft;
-    const qsizetype shown = std::min<qsizetype>(rows.size(), plot.height() / kRowHeight + 1);
+    const qsizetype shown = std::min<qsizetype>(rows.size(), (plot.height() - kTopGap) / kRowHeight);
+    if (shown <= 0)
+        return;
     QStringList texts;
     int widest = 0;
     for (qsizetype i = 0; i < shown; ++i) {

@@ -20,29 +20,33 @@ constexpr QLatin1String kLabelKey("label");
 constexpr QLatin1String kScreen("screen");
 constexpr QLatin1String kData("data");
 
-constexpr int kMaxBoxes = 200;
-constexpr int kMaxLabelCharacters = 200;
+constexpr int kNarrowestBox = 16;
+constexpr qsizetype kMaxLabelCharacters = 200; ///< wider than most plots
 
-/// A marker that is in sight: where, and the time that is written below it, relative to now.
-struct Placed
+/// Where a marker that is in sight stands, and how far from now, in milliseconds.
+struct Place
 {
-    const Marker* marker;
     int x;
     qint64 relativeMs;
 };
 
-std::optional<Placed> placed(const Marker& marker, const QRect& plot, qint64 t0, qint64 t1)
+std::optional<Place> placeOf(const Marker& marker, const QRect& plot, qint64 t0, qint64 t1)
 {
     const auto window = double(t1 - t0);
     if (marker.kind == Marker::Kind::Data) {
         if (marker.tMs < t0 || marker.tMs > t1)
             return std::nullopt;
         const double fraction = double(marker.tMs - t0) / std::max(window, 1.0);
-        return Placed{&marker, plot.left() + static_cast<int>(fraction * plot.width()), marker.tMs - t1};
+        return Place{plot.left() + static_cast<int>(fraction * plot.width()), marker.tMs - t1};
     }
     const double fraction = marker.xFrac > 0.0 ? std::min(marker.xFrac, 1.0) : 0.0;
     const int offset = static_cast<int>(fraction * plot.width());
-    return Placed{&marker, plot.left() + offset, (t0 - t1) + wholeMs(double(offset) / plot.width() * window)};
+    return Place{plot.left() + offset, (t0 - t1) + wholeMs(double(offset) / plot.width() * window)};
+}
+
+QColor colorOf(const Marker& marker)
+{
+    return marker.kind == Marker::Kind::Data ? dataMarkerColor() : screenMarkerColor();
 }
 
 void paintBox(QPainter& painter, const QRect& box, int radius, const QColor& fill, const QColor& outline,
@@ -53,60 +57,6 @@ void paintBox(QPainter& painter, const QRect& box, int radius, const QColor& fil
     painter.drawRoundedRect(box, radius, radius);
     painter.setPen(textColor);
     painter.drawText(box, Qt::AlignCenter | Qt::TextSingleLine, text);
-}
-
-void paintLabelBox(QPainter& painter, const Placed& mark, const QColor& color, const QRect& plot, int topmost)
-{
-    const QFontMetrics metrics = painter.fontMetrics();
-    const QString& label = mark.marker->label;
-    const QString text = label.isEmpty() ? QStringLiteral("◉") : label.left(kMaxLabelCharacters);
-    const int width = metrics.horizontalAdvance(text) + 8;
-    int left = mark.x - width / 2;
-    if (left < plot.left())
-        left = plot.left() + 2;
-    if (left + width > plot.right())
-        left = plot.right() - 2 - width;
-    const int top = std::max(topmost, plot.top() - metrics.height() - 8);
-    paintBox(painter, QRect(left, top, width, metrics.height() + 4), 6, QColor(255, 240, 220),
-             color.darker(140), color.darker(250), text);
-}
-
-QRect timeBox(const QFontMetrics& metrics, const Placed& mark, const QRect& plot)
-{
-    const int width = metrics.horizontalAdvance(TrendGeometry::secondsLabel(mark.relativeMs)) + 4;
-    const int left = std::max(plot.left(), std::min(mark.x - width / 2, plot.right() - width));
-    return {left, plot.bottom() + 2, width, metrics.height() + 2};
-}
-
-/// The newest markers that are in sight, the newest first.
-QList<Placed> newestPlaced(const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1)
-{
-    QList<Placed> newest;
-    for (auto marker = markers.crbegin(); marker != markers.crend() && newest.size() < kMaxBoxes; ++marker) {
-        if (const auto mark = placed(*marker, plot, t0, t1))
-            newest.append(*mark);
-    }
-    return newest;
-}
-
-/// One marker per column of pixels, as of two lines at one place the older one is not seen.
-QList<Placed> topmostPlaced(const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1)
-{
-    QList<Placed> topmost;
-    QSet<int> taken;
-    for (auto marker = markers.crbegin(); marker != markers.crend(); ++marker) {
-        const auto mark = placed(*marker, plot, t0, t1);
-        if (!mark || taken.contains(mark->x))
-            continue;
-        taken.insert(mark->x);
-        topmost.append(*mark);
-    }
-    return topmost;
-}
-
-QColor colorOf(const Placed& mark)
-{
-    return mark.marker->kind == Marker::Kind::Data ? dataMarkerColor() : screenMarkerColor();
 }
 
 } // namespace
@@ -143,32 +93,68 @@ QJsonArray markersToJson(const QList<Marker>& markers)
     return array;
 }
 
-QList<QRect> markerTimeBoxes(const QFontMetrics& metrics, const QList<Marker>& markers, const QRect& plot,
-                             qint64 t0, qint64 t1)
+TrendMarkerLayout::TrendMarkerLayout(const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1,
+                                     const QFontMetrics& metrics)
+    : m_plot(plot)
+{
+    const int roomForBoxes = plot.width() / kNarrowestBox + 1;
+    QSet<int> taken; // of two lines at one place the older one is not seen
+    for (auto marker = markers.crbegin(); marker != markers.crend(); ++marker) {
+        const auto place = placeOf(*marker, plot, t0, t1);
+        if (!place)
+            continue;
+        if (m_boxes.size() < roomForBoxes)
+            addBoxes(*marker, place->x, place->relativeMs, metrics);
+        if (taken.contains(place->x))
+            continue;
+        taken.insert(place->x);
+        m_lines.append({place->x, colorOf(*marker)});
+    }
+}
+
+void TrendMarkerLayout::addBoxes(const Marker& marker, int x, qint64 relativeMs, const QFontMetrics& metrics)
+{
+    const QString label = marker.label.isEmpty() ? QStringLiteral("◉")
+                                                 : metrics.elidedText(marker.label.left(kMaxLabelCharacters),
+                                                                      Qt::ElideRight, m_plot.width() - 12);
+    QRect labelBox(0, m_plot.top() - metrics.height() - 8, metrics.horizontalAdvance(label) + 8,
+                   metrics.height() + 4);
+    labelBox.moveLeft(x - labelBox.width() / 2);
+    if (labelBox.left() < m_plot.left())
+        labelBox.moveLeft(m_plot.left() + 2);
+    if (labelBox.left() + labelBox.width() > m_plot.right())
+        labelBox.moveLeft(m_plot.right() - 2 - labelBox.width());
+
+    const QString time = TrendGeometry::secondsLabel(relativeMs);
+    QRect timeBox(0, m_plot.bottom() + 2, metrics.horizontalAdvance(time) + 4, metrics.height() + 2);
+    timeBox.moveLeft(
+        std::max(m_plot.left(), std::min(x - timeBox.width() / 2, m_plot.right() - timeBox.width())));
+    m_boxes.append({label, labelBox, time, timeBox, colorOf(marker)});
+}
+
+QList<QRect> TrendMarkerLayout::timeBoxes() const
 {
     QList<QRect> boxes;
-    const QList<Placed> marks = newestPlaced(markers, plot, t0, t1);
-    for (const Placed& mark : marks)
-        boxes.append(timeBox(metrics, mark, plot));
+    for (const Boxes& each : m_boxes)
+        boxes.append(each.timeBox);
     return boxes;
 }
 
-void paintMarkers(QPainter& painter, const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1,
-                  int topmost)
+void TrendMarkerLayout::paint(QPainter& painter, int topmost) const
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);
-    const QList<Placed> lines = topmostPlaced(markers, plot, t0, t1);
-    for (const Placed& mark : lines) {
-        painter.setPen(QPen(colorOf(mark), 1, Qt::DashLine));
-        painter.drawLine(mark.x, plot.top(), mark.x, plot.bottom());
+    for (const Line& line : m_lines) {
+        painter.setPen(QPen(line.color, 1, Qt::DashLine));
+        painter.drawLine(line.x, m_plot.top(), line.x, m_plot.bottom());
     }
     painter.setRenderHint(QPainter::Antialiasing, true);
-    const QList<Placed> boxes = newestPlaced(markers, plot, t0, t1);
-    for (auto mark = boxes.crbegin(); mark != boxes.crend(); ++mark) {
-        paintLabelBox(painter, *mark, colorOf(*mark), plot, topmost);
-        paintBox(painter, timeBox(painter.fontMetrics(), *mark, plot), 4, QColor(245, 245, 245),
-                 colorOf(*mark), Qt::black, TrendGeometry::secondsLabel(mark->relativeMs));
+    for (auto boxes = m_boxes.crbegin(); boxes != m_boxes.crend(); ++boxes) {
+        QRect labelBox = boxes->labelBox;
+        labelBox.moveTop(std::max(topmost, labelBox.top()));
+        paintBox(painter, labelBox, 6, QColor(255, 240, 220), boxes->color.darker(140),
+                 boxes->color.darker(250), boxes->label);
+        paintBox(painter, boxes->timeBox, 4, QColor(245, 245, 245), boxes->color, Qt::black, boxes->time);
     }
     painter.restore();
 }

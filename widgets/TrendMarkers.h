@@ -31,11 +31,38 @@ QColor screenMarkerColor();
 QList<Marker> markersFromJson(const QJsonArray& array);
 QJsonArray markersToJson(const QList<Marker>& markers);
 
-/// Where paintMarkers() will put the boxes below the plot, in a font of these metrics.
-QList<QRect> markerTimeBoxes(const QFontMetrics& metrics, const QList<Marker>& markers, const QRect& plot,
-                             qint64 t0, qint64 t1);
-/// Draws the markers with their boxes above and below the plot, the later ones over the earlier ones, in the
-/// painter's font; t0 and t1 are the times of its left and right edge. Of very many, only the newest have
-/// boxes: the others would be hidden by them.
-void paintMarkers(QPainter& painter, const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1,
-                  int topmost);
+// Where the markers of a plot stand in one painting. The newest have boxes above and below the plot; those of
+// more than find room side by side would be hidden by them anyway.
+class TrendMarkerLayout
+{
+public:
+    /// t0 and t1 are the times of the left and the right edge; the metrics are those of the painter's font.
+    TrendMarkerLayout(const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1,
+                      const QFontMetrics& metrics);
+
+    /// The boxes below the plot.
+    QList<QRect> timeBoxes() const;
+    /// Draws the later markers over the earlier ones. No box begins above the row topmost.
+    void paint(QPainter& painter, int topmost) const;
+
+private:
+    struct Line
+    {
+        int x;
+        QColor color;
+    };
+    struct Boxes
+    {
+        QString label;
+        QRect labelBox; ///< may begin above the topmost row
+        QString time;   ///< relative to now
+        QRect timeBox;
+        QColor color;
+    };
+
+    void addBoxes(const Marker& marker, int x, qint64 relativeMs, const QFontMetrics& metrics);
+
+    QRect m_plot;
+    QList<Line> m_lines;  ///< at most one per column of pixels
+    QList<Boxes> m_boxes; ///< the newest first
+};

@@ -9,6 +9,8 @@
 #include "widgets/TrendTrace.h"
 
 #include <QDateTime>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsScene>
 #include <QGuiApplication>
 #include <QJsonObject>
 #include <QMenu>
@@ -66,7 +68,7 @@ void TrendPlotWidget::followAssignment()
     m_channels.clear();
     QSet<QString> seen;
     for (const QString& entry : entries) {
-        const QString key = seriesKey(entry);
+        const QString key = canonical(entry);
         if (seen.contains(key))
             continue;
         seen.insert(key);
@@ -79,7 +81,7 @@ void TrendPlotWidget::setValue(double) {}
 void TrendPlotWidget::setValueForSignal(const QString& name, double value)
 {
     const qint64 now = currentNowMs();
-    TrendSeries* series = acceptAt(name, now);
+    TrendSeries* series = rewoundSeries(name, now);
     if (!series || isRepeat(*series, value))
         return;
     append(*series, now, value, now);
@@ -90,7 +92,7 @@ void TrendPlotWidget::setValueForSignalAt(const QString& name, double value, dou
 {
     const qint64 now = currentNowMs(); // asked once: the clock costs more than all else here
     const qint64 t = m_externalTime ? wholeMs(tSec * 1000.0) : now;
-    TrendSeries* series = acceptAt(name, t);
+    TrendSeries* series = rewoundSeries(name, t);
     if (!series)
         return;
     if (isRepeat(*series, value) && (m_settings.sampleAndHold || t - series->last().tMs < kHoldRepeatMs))
@@ -103,21 +105,22 @@ void TrendPlotWidget::setValueForSignalAt(const QString& name, double value, dou
 void TrendPlotWidget::addSample(const QString& name, double value, qint64 tMs, bool update)
 {
     qDebug("TrendPlotWidget::addSample time: %lld", static_cast<long long>(tMs));
-    TrendSeries* series = m_store.accept(name);
+    const qint64 t = boundedTimeMs(tMs);
+    TrendSeries* series = rewoundSeries(name, t);
     if (!series || isRepeat(*series, value))
         return;
-    append(*series, boundedTimeMs(tMs), value, currentNowMs());
+    append(*series, t, value, currentNowMs());
     if (update && !m_bulkLoading)
         this->update();
 }
 
-// The series for a value of that time; null when the signal is not taken.
-TrendSeries* TrendPlotWidget::acceptAt(const QString& name, qint64 tMs)
+// The series for a value of that time; null when the signal is not taken. When time has gone backwards (a
+// seek, the clock set back), what is newer belongs to a past that did not happen, and would hide what comes.
+TrendSeries* TrendPlotWidget::rewoundSeries(const QString& name, qint64 tMs)
 {
     TrendSeries* series = m_store.accept(name);
-    // When the clock has been set back, samples from the future would hide what comes until it has caught up.
-    while (series && !m_externalTime && !series->isEmpty() && series->last().tMs > tMs)
-        series->removeLast();
+    if (series)
+        series->dropNewerThan(tMs);
     return series;
 }
 
@@ -125,7 +128,7 @@ void TrendPlotWidget::append(TrendSeries& series, qint64 tMs, double value, qint
 {
     series.append({tMs, value});
     m_lastAppendMs = tMs;
-    m_store.pruneKeepingOne(now - m_settings.timeWindowMs, &series);
+    m_store.pruneAfterAppend(series, now - m_settings.timeWindowMs);
     m_lastPruneMs = now;
 }
 
@@ -186,7 +189,8 @@ double TrendPlotWidget::valueAtTime(const QString& key, qint64 tMs) const
 
 void TrendPlotWidget::idleTick()
 {
-    if (m_externalTime || nowMs() - m_lastAppendMs < kIdlePruneMs)
+    // The clock may have been set back since.
+    if (m_externalTime || std::abs(nowMs() - m_lastAppendMs) < kIdlePruneMs)
         return;
     pruneOld();
     update();
@@ -232,20 +236,30 @@ void TrendPlotWidget::mousePressEvent(QMouseEvent* event)
     if (!modifiers.testFlag(Qt::AltModifier))
         return;
     if (event->button() == Qt::RightButton) {
-        openMarkerMenu(globalPos);
+        afterPress([this, globalPos] { openMarkerMenu(globalPos); });
         event->accept();
     } else if (event->button() == Qt::LeftButton && toggleChannelAt(pos)) {
         event->accept();
     } else if (event->button() == Qt::LeftButton && addMarkerAt(pos)) {
         if (modifiers.testFlag(Qt::ShiftModifier)) {
-            // Once the press has been dealt with: the editor takes the mouse.
-            const auto openEditor = [this, index = int(m_markers.size()) - 1, globalPos] {
+            afterPress([this, index = int(m_markers.size()) - 1, globalPos] {
                 promptLabelForMarker(index, globalPos);
-            };
-            QTimer::singleShot(0, this, openEditor);
+            });
         }
         event->accept();
     }
+}
+
+// Opens what takes the mouse once the press has been dealt with. It will swallow the release as well: without
+// it the canvas would go on sending this plot every move and the next press.
+void TrendPlotWidget::afterPress(const std::function<void()>& open)
+{
+    QTimer::singleShot(0, this, [this, open] {
+        QGraphicsProxyWidget* proxy = graphicsProxyWidget();
+        if (proxy && proxy->scene() && proxy->scene()->mouseGrabberItem() == proxy)
+            proxy->ungrabMouse();
+        open();
+    });
 }
 
 bool TrendPlotWidget::toggleChannelAt(const QPoint& pos)
@@ -272,8 +286,7 @@ bool TrendPlotWidget::addMarkerAt(const QPoint& pos)
     return true;
 }
 
-// Without an event loop of its own, as the press that opens it must come to its end; without a parent, as it
-// would be drawn on the canvas and cut off there.
+// Without a parent, as it would be drawn on the canvas and cut off there.
 void TrendPlotWidget::openMarkerMenu(const QPoint& globalPos)
 {
     auto* menu = new QMenu;
@@ -325,7 +338,9 @@ QColor TrendPlotWidget::defaultColor(int i)
     return colors[std::size_t(i) % colors.size()];
 }
 
-QRect TrendPlotWidget::plotRect() const { return TrendGeometry::plotRect(size(), m_settings.frame); }
+QRect TrendPlotWidget::plotRect() const { return TrendGeometry::plotRect(size(), frame()); }
+
+TrendGeometry::Frame TrendPlotWidget::frame() const { return TrendGeometry::bounded(m_settings.frame); }
 
 QList<TrendPlotWidget::Channel> TrendPlotWidget::shownChannels() const
 {
@@ -348,14 +363,7 @@ std::pair<double, double> TrendPlotWidget::currentYRange(qint64 t0) const
         const TrendSeries* series = m_store.find(channel.key);
         extent.include(series->extent(series->indexAtOrAfter(t0), series->size()));
     }
-    if (!extent.hasFinite())
-        return {-1.0, 1.0};
-    const ValueScale data(extent.low, extent.high);
-    const double span = data.high - data.low;
-    if (span >= 1e-12)
-        return {data.low - 0.1 * span, data.high + 0.1 * span};
-    const double middle = (data.low + data.high) / 2;
-    return {middle - 1.0, middle + 1.0};
+    return extent.hasFinite() ? TrendGeometry::paddedRange(extent.low, extent.high) : std::pair(-1.0, 1.0);
 }
 
 void TrendPlotWidget::paintEvent(QPaintEvent*)
@@ -379,19 +387,19 @@ void TrendPlotWidget::paintEvent(QPaintEvent*)
     // Straight lines are smeared over two rows of pixels by antialiasing.
     painter.setPen(QColor(200, 200, 200));
     painter.drawLine(plot.topLeft(), plot.topRight());
-    TrendAxesPainter axes(painter, plot, m_settings.frame, m_settings.gridLines);
+    const TrendMarkerLayout markers(m_markers, plot, t0, now, painter.fontMetrics());
+    TrendAxesPainter axes(painter, plot, frame(), m_settings.gridLines);
     if (m_settings.showGrid)
         axes.drawGrid();
-    axes.drawAxesAndZero(min, max, m_settings.timeWindowMs,
-                         markerTimeBoxes(painter.fontMetrics(), m_markers, plot, t0, now));
+    axes.drawAxesAndZero(min, max, m_settings.timeWindowMs, markers.timeBoxes());
     painter.setRenderHint(QPainter::Antialiasing);
     if (m_settings.sampleAndHold)
         drawSeriesSteps(painter, plot, min, max, t0);
     else
         drawSeries(painter, plot, min, max, t0);
-    drawCrosshair(painter, plot, t0, now);
-    drawMarkers(painter, plot, t0, now);
+    markers.paint(painter, frame().margin + 2);
     drawLegend(painter, plot);
+    drawCrosshair(painter, plot, t0, now); // last, as its readings may stand on the legend
 }
 
 void TrendPlotWidget::drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth,
@@ -440,14 +448,9 @@ void TrendPlotWidget::drawCrosshair(QPainter& painter, const QRect& plot, qint64
     for (const Channel& channel : m_channels) {
         const double value = valueAtTime(channel.key, t);
         if (!std::isnan(value))
-            readings.append(QStringLiteral("%1: %2").arg(channel.key).arg(value, 0, 'g', 6));
+            readings.append(channel.key + QLatin1String(": ") + QString::number(value, 'g', 6));
     }
     paintCrosshair(painter, plot, m_mousePos.x(), readings);
-}
-
-void TrendPlotWidget::drawMarkers(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const
-{
-    paintMarkers(painter, m_markers, plot, t0, t1, m_settings.frame.margin + 2);
 }
 
 void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)

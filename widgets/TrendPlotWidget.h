@@ -11,6 +11,7 @@
 #include <QSet>
 #include <QTimer>
 
+#include <functional>
 #include <utility>
 
 struct Trace;
@@ -34,8 +35,6 @@ public:
     qint64 currentNowMs() const;
     /// The width of the visible time span, in milliseconds; a layout may set any number.
     int timeWindowMs() const { return m_settings.timeWindowMs; }
-    /// The part of a signal's name by which its samples are kept: what stands before the first ":".
-    static QString seriesKey(const QString& name) { return canonical(name); }
     /// The colour of channel i: six colours, again and again. i must not be negative.
     static QColor defaultColor(int i);
 
@@ -117,16 +116,17 @@ private:
     };
 
     void followAssignment();
-    TrendSeries* acceptAt(const QString& name, qint64 tMs);
+    TrendSeries* rewoundSeries(const QString& name, qint64 tMs);
     void append(TrendSeries& series, qint64 tMs, double value, qint64 now);
 
     QList<Channel> shownChannels() const;
     using Tracer = Trace (*)(const TrendSeries&, const TrendAxes&);
     void drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth, Tracer tracer) const;
     void drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const;
-    void drawMarkers(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const;
     void drawLegend(QPainter& painter, const QRect& plot);
 
+    TrendGeometry::Frame frame() const;
+    void afterPress(const std::function<void()>& open);
     bool toggleChannelAt(const QPoint& pos);
     bool addMarkerAt(const QPoint& pos);
     void openMarkerMenu(const QPoint& globalPos);

@@ -77,6 +77,24 @@ void TrendSeries::removeLast()
     }
 }
 
+void TrendSeries::dropNewerThan(qint64 tMs)
+{
+    while (!isEmpty() && last().tMs > tMs)
+        removeLast();
+}
+
+void TrendSeries::prefetch(qsizetype index) const
+{
+#if defined(__GNUC__)
+    constexpr qsizetype kPerCacheLine = 64 / sizeof(TrendSample);
+    const qsizetype end = std::min<qsizetype>(size(), index + kFanOut);
+    for (qsizetype i = std::max<qsizetype>(0, index - kFanOut); i < end; i += kPerCacheLine)
+        __builtin_prefetch(&at(i));
+#else
+    Q_UNUSED(index)
+#endif
+}
+
 qsizetype TrendSeries::indexAtOrAfter(qint64 tMs) const
 {
     const auto found = std::partition_point(m_samples.cbegin(), m_samples.cend(),

@@ -76,6 +76,10 @@ public:
     void append(const TrendSample& sample);
     void removeFirst();
     void removeLast();
+    /// Removes the samples at the end that are newer.
+    void dropNewerThan(qint64 tMs);
+    /// Hints that the samples around an index will be read soon; any index will do.
+    void prefetch(qsizetype index) const;
 
     /// The first sample that is not older than tMs; size() if there is none.
     qsizetype indexAtOrAfter(qint64 tMs) const;

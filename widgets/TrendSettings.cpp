@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr int kMaxFramePixels = 1'000'000;
 constexpr int kMinTimeWindowMs = 200;
 constexpr int kMaxTimeWindowMs = 600'000;
 constexpr int kTimeWindowStepMs = 100;
@@ -36,18 +35,15 @@ QCheckBox* newCheckBox(bool checked, QWidget* parent)
 
 void TrendSettings::load(const QJsonObject& config)
 {
-    const auto pixels = [&config](QLatin1String key, int current) {
-        return jsonInt(config.value(key), 0, kMaxFramePixels, current);
-    };
     timeWindowMs = jsonInt(config.value(kTimeWindowKey), timeWindowMs);
-    frame.margin = pixels(kMarginKey, frame.margin);
+    frame.margin = jsonInt(config.value(kMarginKey), frame.margin);
     autoscale = config.value(kAutoscaleKey).toBool(autoscale);
     yMin = config.value(kYMinKey).toDouble(yMin);
     yMax = config.value(kYMaxKey).toDouble(yMax);
     showGrid = config.value(kShowGridKey).toBool(showGrid);
     gridLines = jsonInt(config.value(kGridLinesKey), gridLines);
-    frame.leftAxis = pixels(kLeftAxisKey, frame.leftAxis);
-    frame.bottomPad = pixels(kBottomPadKey, frame.bottomPad);
+    frame.leftAxis = jsonInt(config.value(kLeftAxisKey), frame.leftAxis);
+    frame.bottomPad = jsonInt(config.value(kBottomPadKey), frame.bottomPad);
     // Read as a number although it is saved as a boolean: a saved layout leaves the setting alone, and only a
     // 0 turns it off.
     sampleAndHold = jsonInt(config.value(kSampleAndHoldKey), int(sampleAndHold)) != 0;
@@ -104,9 +100,9 @@ void TrendSettingsEditors::apply(TrendSettings& settings) const
     if (m_autoscale)
         settings.autoscale = m_autoscale->isChecked();
     if (m_yMin)
-        settings.yMin = m_yMin->value();
+        settings.yMin = editedValue(m_yMin, settings.yMin);
     if (m_yMax)
-        settings.yMax = m_yMax->value();
+        settings.yMax = editedValue(m_yMax, settings.yMax);
     if (m_showGrid)
         settings.showGrid = m_showGrid->isChecked();
     if (m_gridLines)

@@ -14,8 +14,8 @@ class QFormLayout;
 /// What the user can set on a trend plot, beside its signals and markers.
 struct TrendSettings
 {
-    TrendGeometry::Frame frame;
-    int gridLines = 5; ///< divisions of both axes
+    TrendGeometry::Frame frame; ///< any numbers, from a layout
+    int gridLines = 5;          ///< divisions of both axes
     bool showGrid = true;
     int timeWindowMs = 10'000; ///< any number, from a layout
     bool autoscale = true;
@@ -23,7 +23,7 @@ struct TrendSettings
     double yMax = 1.0;
     bool sampleAndHold = true;
 
-    /// Takes what is there and of the right type, and leaves the rest; pixels are kept within 0 … 1,000,000.
+    /// Takes what is there and of the right type, and leaves the rest.
     void load(const QJsonObject& config);
     QJsonObject save() const;
 };

@@ -2,12 +2,16 @@
 
 #include "widgets/DashboardWidget.h"
 
+#include <cstdlib>
+
 namespace {
 
 /// A device may print any number of names behind the colon.
 constexpr qsizetype kMaxRememberedNames = 1000;
 
-void pruneKeepingOne(TrendSeries& series, qint64 cutoffMs)
+constexpr qint64 kPruneOthersMs = 30;
+
+void keepOneBefore(TrendSeries& series, qint64 cutoffMs)
 {
     while (series.size() > 1 && series.at(1).tMs < cutoffMs)
         series.removeFirst();
@@ -41,16 +45,20 @@ const TrendSeries* TrendStore::find(const QString& key) const
     return found == m_series.cend() ? nullptr : &found->second;
 }
 
-void TrendStore::pruneKeepingOne(qint64 cutoffMs, TrendSeries* lastAppended)
+void TrendStore::pruneKeepingOne(qint64 cutoffMs)
 {
-    // Most values come with the same time as the one before: only their own series can have changed then.
-    if (lastAppended && cutoffMs == m_keptOneAt) {
-        ::pruneKeepingOne(*lastAppended, cutoffMs);
-        return;
-    }
     for (auto& [key, series] : m_series)
-        ::pruneKeepingOne(series, cutoffMs);
+        keepOneBefore(series, cutoffMs);
     m_keptOneAt = cutoffMs;
+}
+
+// All of them for every value would cost the square of their number.
+void TrendStore::pruneAfterAppend(TrendSeries& series, qint64 cutoffMs)
+{
+    if (std::abs(cutoffMs - m_keptOneAt) >= kPruneOthersMs)
+        pruneKeepingOne(cutoffMs);
+    else
+        keepOneBefore(series, cutoffMs);
 }
 
 void TrendStore::pruneAll(qint64 cutoffMs)
@@ -64,9 +72,8 @@ void TrendStore::pruneAll(qint64 cutoffMs)
 void TrendStore::trim(qint64 endMs, qint64 windowMs)
 {
     for (auto& [key, series] : m_series) {
-        while (!series.isEmpty() && series.last().tMs > endMs)
-            series.removeLast();
-        ::pruneKeepingOne(series, endMs - windowMs);
+        series.dropNewerThan(endMs);
+        keepOneBefore(series, endMs - windowMs);
     }
 }
 

@@ -23,9 +23,10 @@ public:
     const TrendSeries* find(const QString& key) const;
 
     /// Removes what is older than cutoffMs, but leaves each series the newest sample of that age, from which
-    /// a line leads into the window. lastAppended is the one series that changed since the last call with the
-    /// same cutoff; null for any.
-    void pruneKeepingOne(qint64 cutoffMs, TrendSeries* lastAppended = nullptr);
+    /// a line leads into the window.
+    void pruneKeepingOne(qint64 cutoffMs);
+    /// The same for the one series that has grown, at a constant cost; the others follow now and then.
+    void pruneAfterAppend(TrendSeries& series, qint64 cutoffMs);
     /// Removes all that is older; a series may become empty.
     void pruneAll(qint64 cutoffMs);
     /// Removes what is newer than endMs, and then what is older than the window, as pruneKeepingOne().

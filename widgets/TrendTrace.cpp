@@ -1,5 +1,6 @@
 #include "widgets/TrendTrace.h"
 
+#include "widgets/FileNumbers.h"
 #include "widgets/TrendSeries.h"
 
 #include <algorithm>
@@ -67,6 +68,8 @@ void forEachColumn(const TrendSeries& series, const TrendAxes& axes, qsizetype b
         const int x = axes.x(series.at(begin).tMs);
         const qsizetype next = endOfColumn(series, axes, x, begin + 1, end, std::min(begin + usual, end));
         usual = next - begin;
+        // Of hours of samples, where the next columns end is not in the cache.
+        series.prefetch(next + 2 * usual);
         const auto first = pixelOf(axes, series.at(begin).value);
         if (next == begin + 1) {
             visit(Column{x, false, !first, first.value_or(0), first.value_or(0), first, first});

@@ -20,7 +20,7 @@ struct TrendAxes
 {
     QRect plot;    ///< width and height at least 1
     qint64 t0;     ///< the left edge
-    qint64 window; ///< how much later the right edge is; nothing is shown when it is negative
+    qint64 window; ///< how much later the right edge is; when it is negative no sample lies between
     ValueScale values;
 
     qint64 t1() const { return t0 + window; }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "widgets/FileNumbers.h"
+#include <algorithm>
+#include <cmath>
 
 // The way of a value onto an axis, safe for whatever limits a layout or a device gives: the distance of the
 // limits is always finite, and no value leads off the axis.

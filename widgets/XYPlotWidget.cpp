@@ -5,7 +5,7 @@
 #include "widgets/DisplayName.h"
 #include "widgets/DotCloud.h"
 #include "widgets/FileNumbers.h"
-#include "widgets/FittedText.h"
+#include "widgets/NumberStyle.h"
 #include "widgets/SizedFont.h"
 
 #include <QDateTime>
@@ -34,9 +34,9 @@ constexpr qsizetype kMaxTitleCharacters = 1000; ///< measuring a text takes time
 constexpr int kChoiceCharacters = 24;
 constexpr double kEditorLimit = 1'000'000'000.0;
 constexpr int kEditorDecimals = 3;
-constexpr QColor kDotColour(40, 140, 160);
-constexpr QColor kFrameColour(160, 160, 160);
-constexpr QColor kGridColour(210, 210, 210);
+constexpr QColor kDotColor(40, 140, 160);
+constexpr QColor kFrameColor(160, 160, 160);
+constexpr QColor kGridColor(210, 210, 210);
 
 constexpr QLatin1String kXSignalKey("xSignal");
 constexpr QLatin1String kYSignalKey("ySignal");
@@ -91,7 +91,7 @@ void takeOver(const QCheckBox* editor, bool& on)
 void takeOver(const QDoubleSpinBox* editor, double& value)
 {
     if (editor)
-        value = editor->value();
+        value = editedValue(editor, value);
 }
 
 /// A single line around a centre, elided to a width, on a background that lets little of the plot through.
@@ -277,8 +277,8 @@ void XYPlotWidget::paintEvent(QPaintEvent* event)
     const ValueScale x = scaleOf(m_x, xs);
     const ValueScale y = scaleOf(m_y, ys);
     drawLimits(painter, plot, x, y);
-    drawPoints(painter, event->rect(), x, y);
     drawTitle(painter, plot);
+    drawPoints(painter, event->rect(), x, y);
 }
 
 ValueScale XYPlotWidget::scaleOf(const Axis& axis, const Extent& extent)
@@ -290,14 +290,14 @@ ValueScale XYPlotWidget::scaleOf(const Axis& axis, const Extent& extent)
 void XYPlotWidget::drawGrid(QPainter& painter, const QRect& plot) const
 {
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setPen(QPen(kGridColour, 1));
+    painter.setPen(QPen(kGridColor, 1));
     for (int i = 1; i < kGridDivisions; ++i) {
         const int x = plot.left() + plot.width() * i / kGridDivisions;
         const int y = plot.top() + plot.height() * i / kGridDivisions;
         painter.drawLine(x, plot.top(), x, plot.bottom());
         painter.drawLine(plot.left(), y, plot.right(), y);
     }
-    painter.setPen(QPen(kFrameColour, 1));
+    painter.setPen(QPen(kFrameColor, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(plot.adjusted(0, 0, -1, -1)); // one pixel more is drawn at the right and below
     painter.setRenderHint(QPainter::Antialiasing);
@@ -309,15 +309,18 @@ void XYPlotWidget::drawLimits(QPainter& painter, const QRect& plot, const ValueS
     painter.setPen(Qt::black);
     const int lineHeight = painter.fontMetrics().height();
     const QRect below(plot.left(), plot.bottom() + kLabelGap, (plot.width() - kLabelGap) / 2, lineHeight);
-    drawFittedNumber(painter, below, Qt::AlignLeft, x.low, kLabelDigits);
-    drawFittedNumber(painter, below.translated(plot.right() - below.right(), 0), Qt::AlignRight, x.high,
-                     kLabelDigits);
+    const NumberStyle xStyle =
+        NumberStyle::fitting(painter.font(), {x.low, x.high}, kLabelDigits, below.width());
+    xStyle.draw(painter, below, Qt::AlignLeft, x.low);
+    xStyle.draw(painter, below.translated(plot.right() - below.right(), 0), Qt::AlignRight, x.high);
 
     QRect beside(1, 0, plot.left() - 1 - kLabelGap, lineHeight);
+    const NumberStyle yStyle =
+        NumberStyle::fitting(painter.font(), {y.low, y.high}, kLabelDigits, beside.width());
     beside.moveCenter({beside.center().x(), plot.top()});
-    drawFittedNumber(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.high, kLabelDigits);
+    yStyle.draw(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.high);
     beside.moveCenter({beside.center().x(), plot.bottom()});
-    drawFittedNumber(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.low, kLabelDigits);
+    yStyle.draw(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.low);
 }
 
 void XYPlotWidget::drawPoints(QPainter& painter, const QRect& area, const ValueScale& x,
@@ -337,10 +340,10 @@ void XYPlotWidget::drawPoints(QPainter& painter, const QRect& area, const ValueS
     const int reach = kOlderRadius + 1;
     const QRect visible = plot.adjusted(-reach, -reach, reach, reach) & area;
     if (!visible.isEmpty())
-        drawDotCloud(painter, visible, kDotColour, kOlderRadius, older);
+        drawDotCloud(painter, visible, kDotColor, kOlderRadius, older);
 
     painter.setPen(Qt::NoPen);
-    painter.setBrush(kDotColour);
+    painter.setBrush(kDotColor);
     painter.drawEllipse(place(m_points.at(last)), kNewestRadius, kNewestRadius);
 }
 
@@ -357,7 +360,8 @@ void XYPlotWidget::drawTitle(QPainter& painter, const QRect& plot) const
     QColor background = palette().color(QPalette::Window);
     background.setAlpha(170);
     if (!m_y.signal.isEmpty()) {
-        // On the upper edge, over the dots: the margin alone is too low for a line of text.
+        // On the upper edge, where with autoscale a point always lies: the margin alone is too low for a line
+        // of text.
         const int lineHeight = painter.fontMetrics().height();
         const QPoint centre(plot.center().x(), std::max(plot.top(), lineHeight / 2));
         painter.setPen(Qt::black);
