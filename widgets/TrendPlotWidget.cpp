@@ -76,8 +76,6 @@ void TrendPlotWidget::followAssignment()
     }
 }
 
-void TrendPlotWidget::setValue(double) {}
-
 void TrendPlotWidget::setValueForSignal(const QString& name, double value)
 {
     const qint64 now = currentNowMs();
@@ -216,10 +214,6 @@ void TrendPlotWidget::clearAllMarkers()
     m_markers.clear();
     update();
 }
-
-void TrendPlotWidget::clearScreenMarkers() { clearMarkers(Marker::Kind::Screen); }
-
-void TrendPlotWidget::clearDataMarkers() { clearMarkers(Marker::Kind::Data); }
 
 void TrendPlotWidget::clearMarkers(Marker::Kind kind)
 {
@@ -439,18 +433,24 @@ void TrendPlotWidget::drawSeriesDownsampled(QPainter& painter, const QRect& plot
     drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, 1.0, columnTrace);
 }
 
+QStringList TrendPlotWidget::readingsAt(qint64 tMs) const
+{
+    const double age = double(currentNowMs() - boundedTimeMs(tMs)) / 1000.0;
+    QStringList readings{QStringLiteral("t = %1 s").arg(age, 0, 'f', 3)};
+    for (const Channel& channel : m_channels) {
+        const double value = valueAtTime(channel.key, tMs);
+        if (!std::isnan(value))
+            readings.append(channel.key + QLatin1String(": ") + QString::number(value, 'g', 6));
+    }
+    return readings;
+}
+
 void TrendPlotWidget::drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const
 {
     if (!m_mouseInside || !plot.contains(m_mousePos))
         return;
-    const qint64 t = TrendGeometry::timeForX(plot, t0, t1, m_mousePos.x());
-    QStringList readings{QStringLiteral("t = %1 s").arg(double(t1 - t) / 1000.0, 0, 'f', 3)};
-    for (const Channel& channel : m_channels) {
-        const double value = valueAtTime(channel.key, t);
-        if (!std::isnan(value))
-            readings.append(channel.key + QLatin1String(": ") + QString::number(value, 'g', 6));
-    }
-    paintCrosshair(painter, plot, m_mousePos.x(), readings);
+    paintCrosshair(painter, plot, m_mousePos.x(),
+                   readingsAt(TrendGeometry::timeForX(plot, t0, t1, m_mousePos.x())));
 }
 
 void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)

@@ -38,7 +38,7 @@ public:
     /// The colour of channel i: six colours, again and again. i must not be negative.
     static QColor defaultColor(int i);
 
-    void setValue(double value) override;
+    void setValue(double) override {}
     /// Stamped with currentNowMs(). A value that differs from the last by no more than 1e-9 is dropped, as is
     /// any value of a signal that is not assigned.
     void setValueForSignal(const QString& name, double value) override;
@@ -66,10 +66,13 @@ public:
     /// The value stored nearest to a time; NaN when there is none. The key is that of the series.
     double valueAtTime(const QString& key, qint64 tMs) const;
 
+    /// What the crosshair says at a time: its age in seconds, then the value of every channel that has one.
+    QStringList readingsAt(qint64 tMs) const;
+
     QList<Marker> markers() const { return m_markers; }
     void clearAllMarkers();
-    void clearScreenMarkers();
-    void clearDataMarkers();
+    void clearScreenMarkers() { clearMarkers(Marker::Kind::Screen); }
+    void clearDataMarkers() { clearMarkers(Marker::Kind::Data); }
     void clearMarkers(Marker::Kind kind);
     /// Opens the editor for a marker's label near a place on the screen; nothing for an index that no marker
     /// has.

@@ -118,6 +118,7 @@ private Q_SLOTS:
         QTest::mouseClick(viewport(), Qt::RightButton, Qt::NoModifier, inView(pos));
         QVERIFY(!QApplication::activePopupWidget());
         QTest::mouseClick(viewport(), Qt::RightButton, Qt::AltModifier, inView(pos));
+        QTRY_VERIFY(QApplication::activePopupWidget());
         const QPointer<QMenu> menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         QVERIFY(menu && !menu->graphicsProxyWidget());
         QCOMPARE(menu->pos(), global(pos));
@@ -131,6 +132,33 @@ private Q_SLOTS:
         QTRY_VERIFY(!menu);
     }
 
+    // A pop-up swallows the release of the press that opened it.
+    void givesTheMouseBackAfterPopups_data()
+    {
+        QTest::addColumn<Qt::MouseButton>("button");
+        QTest::newRow("menu") << Qt::RightButton;
+        QTest::newRow("label") << Qt::LeftButton;
+    }
+
+    void givesTheMouseBackAfterPopups()
+    {
+        QFETCH(Qt::MouseButton, button);
+        DashboardItem* other = m_canvas->add("TrendPlot", QRectF(550, 110, 240, 300));
+        auto* plot = qobject_cast<TrendPlotWidget*>(other->widget());
+        plot->assignSignals({"A"});
+        const QPoint there = plot->plotRect().center();
+        const QImage before = picture(*plot);
+        QTest::mousePress(viewport(), button, Qt::AltModifier | Qt::ShiftModifier,
+                          inView(m_plot->plotRect().center()));
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QApplication::activePopupWidget()->close();
+        m_canvas->move(other->mapToScene(there), Qt::NoButton);
+        QVERIFY(picture(*plot) != before);
+        QTest::mouseClick(viewport(), Qt::LeftButton, Qt::AltModifier,
+                          m_canvas->at(other->mapToScene(there)));
+        QCOMPARE(plot->markers().size(), 1);
+    }
+
     void crosshairFollowsHover()
     {
         const QImage before = picture(*m_plot);
@@ -138,6 +166,9 @@ private Q_SLOTS:
         m_canvas->move(m_item->mapToScene(pos), Qt::NoButton);
         QVERIFY(picture(*m_plot) != before);
         m_canvas->move(QPointF(5, 5), Qt::NoButton);
+        QCOMPARE(picture(*m_plot), before);
+        m_canvas->move(m_item->mapToScene(pos), Qt::NoButton);
+        m_canvas->setDesignMode(true); // the item takes the mouse from under the crosshair
         QCOMPARE(picture(*m_plot), before);
     }
 

@@ -81,6 +81,18 @@ QList<QPoint> reach(const QImage& image)
     return ends;
 }
 
+/// Counts the paintings of a widget.
+struct PaintCounter : QObject
+{
+    int paints = 0;
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
 } // namespace
 
 class TestTrendPlot : public QObject
@@ -277,6 +289,96 @@ private Q_SLOTS:
         for (int i = 0; i < values.size(); ++i)
             plot.setValueForSignalAt("A", values[i], i);
         QCOMPARE(plot.currentYRange(0), std::pair(min, max));
+    }
+
+    void forgetsTheFutureWhenTimeGoesBack()
+    {
+        TrendPlotWidget plot;
+        fill(plot);
+        for (int i = 3; i < 6; ++i) // a seek without a word
+            plot.setValueForSignalAt("A", -i, i);
+        QCOMPARE(plot.series("A")->size(), 7);
+        QCOMPARE(plot.series("A")->last().value, -5.0);
+        plot.assignSignals({"A", "B"});
+        plot.setExternalNowMs(30'000);
+        plot.setValueForSignalAt("B", 1.0, 30.0); // A is silent
+        QCOMPARE(plot.series("A")->size(), 1);
+        QCOMPARE(plot.readingsAt(30'000), QStringList({"t = 0.000 s", "A: -5", "B: 1"}));
+        QCOMPARE(plot.readingsAt(20'000).first(), "t = 10.000 s");
+    }
+
+    void repaintsWhenItHasTo()
+    {
+        TrendPlotWidget plot;
+        plot.addSample("A", 1.0, 0, true); // not assigned
+        plot.assignSignals({"A"});
+        const qint64 now = TrendPlotWidget::nowMs();
+        plot.addSample("A", 1.0, now - 60'000, false);
+        plot.addSample("A", 2.0, now - 50'000, false);
+        plot.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&plot));
+        QTRY_COMPARE(plot.series("A")->size(), 1); // silent, it goes on by itself
+        plot.setExternalTimeEnabled(true);
+        plot.setExternalNowMs(1000);
+        QCoreApplication::processEvents();
+        PaintCounter counter(plot);
+        plot.beginBulkLoad();
+        plot.setValueForSignalAt("A", 3.0, 1.0);
+        plot.idleTick();
+        QCoreApplication::processEvents();
+        QCOMPARE(counter.paints, 0);
+        plot.endBulkLoad();
+        QCoreApplication::processEvents();
+        QCOMPARE(counter.paints, 1);
+    }
+
+    void drawsWhatIsThere()
+    {
+        TrendPlotWidget plot;
+        plot.resize(352, 250);
+        plot.assignSignals({"A", "B"});
+        plot.setExternalTimeEnabled(true);
+        plot.setExternalNowMs(10'000);
+        plot.loadConfig({{"autoscale", false},
+                         {"yMin", -10},
+                         {"yMax", 10},
+                         {"showGrid", false},
+                         {"markers", QJsonArray{QJsonObject{{"kind", "screen"}, {"xFrac", 0.75}},
+                                                QJsonObject{{"kind", "data"}, {"t", 6000}}}}});
+        for (const int second : {4, 8}) {
+            plot.setValueForSignalAt("A", second == 4 ? 5.0 : -5.0, second);
+            plot.setValueForSignalAt("B", -7.5, second);
+        }
+        const QRect area = plot.plotRect();
+        const auto at = [&](double second, double value) {
+            const QRgb pixel = picture(plot).pixel(area.left() + int(second / 10 * (area.width() - 1)),
+                                                   area.bottom() - int((value + 10) / 20 * area.height()));
+            return qRed(pixel) < 150 || qBlue(pixel) < 150;
+        };
+        const auto hasColor = [&](const QColor& color) {
+            const QImage image = picture(plot);
+            for (int x = area.left(); x < area.right(); ++x) {
+                for (int y = area.center().y() + 5; y < area.bottom(); ++y) {
+                    if (image.pixelColor(x, y) == color)
+                        return x;
+                }
+            }
+            return -1;
+        };
+        QVERIFY(at(6.5, 5.0)); // held
+        QVERIFY(!at(6.5, -2.0));
+        QVERIFY(at(8.0, -2.0)); // the step
+        QVERIFY(at(9.5, -5.0)); // held until now
+        QVERIFY(at(0.1, 0.0));  // the line at zero
+        QCOMPARE(hasColor(screenMarkerColor()), area.left() + area.width() * 3 / 4);
+        QCOMPARE(hasColor(dataMarkerColor()), area.left() + area.width() * 6 / 10);
+        QVERIFY(at(5.0, -7.5));
+        QTest::mouseClick(&plot, Qt::LeftButton, Qt::AltModifier, area.topLeft() + QPoint(10, 30));
+        QVERIFY(!at(5.0, -7.5)); // B is hidden
+        plot.loadConfig({{"sampleAndHold", 0}});
+        QVERIFY(at(6.0, 0.01) && !at(6.5, 5.0));
+        plot.setExternalNowMs(16'100);
+        QCOMPARE(hasColor(dataMarkerColor()), -1);
     }
 
     void followsTheClockOnlyLive()
