@@ -8,6 +8,7 @@ namespace {
 
 constexpr int kWidth = 160;
 constexpr int kIconSide = 24;
+constexpr QColor kSelection(0xcf, 0xe3, 0xf4);
 
 } // namespace
 
@@ -16,6 +17,10 @@ WidgetPalette::WidgetPalette(QWidget* parent)
 {
     setFixedWidth(kWidth);
     setIconSize(QSize(kIconSide, kIconSide));
+    QPalette colors = palette();
+    colors.setColor(QPalette::Highlight, kSelection); // the icons' own blue cannot be seen on the usual one
+    colors.setColor(QPalette::HighlightedText, colors.color(QPalette::Text));
+    setPalette(colors);
     setAccessibleName(tr("Widget palette"));
     setToolTip(tr("In Design mode, double-click a widget to put it on the dashboard"));
     DashboardWidgetFactory& factory = DashboardWidgetFactory::instance();

@@ -41,8 +41,10 @@ void feed(DesignScene& scene)
                                    std::numeric_limits<double>::infinity(), -1e308, 5e-324, 42.0};
     const QList<DashboardWidget*> widgets = scene.widgetsOfType<DashboardWidget>(false);
     for (DashboardWidget* widget : widgets) {
-        if (auto* plot = dynamic_cast<TrendPlotWidget*>(widget))
+        if (auto* plot = dynamic_cast<TrendPlotWidget*>(widget)) {
             plot->setExternalTimeEnabled(true);
+            plot->setExternalNowMs(42'000);
+        }
         const QStringList names = widget->assignedSignalList();
         for (const double value : kHostile) {
             for (const QString& name : names)
@@ -64,6 +66,8 @@ QJsonArray savedItems(const QString& path)
     for (auto item : items) {
         // A trend plot saves this one but does not read what it saved.
         QJsonObject record = item.toObject();
+        if (record.value(QLatin1String("type")).toString() != QLatin1String("TrendPlot"))
+            continue;
         QJsonObject config = record.value(QLatin1String("config")).toObject();
         config.remove(QLatin1String("sampleAndHold"));
         record.insert(QLatin1String("config"), config);

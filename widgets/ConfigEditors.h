@@ -66,3 +66,10 @@ inline double editedValue(const QDoubleSpinBox* editor, double before)
     const QString shown = editor->textFromValue(std::clamp(before, editor->minimum(), editor->maximum()));
     return editor->textFromValue(editor->value()) == shown ? before : editor->value();
 }
+
+/// As above: a number from a layout may lie outside what the editor offers.
+inline int editedValue(const QSpinBox* editor, int before)
+{
+    const int shown = std::clamp(before, editor->minimum(), editor->maximum());
+    return editor->value() == shown ? before : editor->value();
+}

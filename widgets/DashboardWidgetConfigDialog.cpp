@@ -57,11 +57,10 @@ void DashboardWidgetConfigDialog::applyConfig()
     if (!m_widget)
         return;
     if (m_signalList) {
-        QList<QString> names;
-        const QList<QListWidgetItem*> selected = m_signalList->selectedItems();
-        for (const QListWidgetItem* item : selected)
-            names.append(item->data(Qt::UserRole).toString());
-        m_widget->assignSignals(names);
+        // A list that nobody touched says nothing: what is not in the catalogue, and the order, must not go.
+        const QList<QString> names = selectedSignals();
+        if (names != m_selectedAtFirst)
+            m_widget->assignSignals(names);
     } else if (m_signalChoice) {
         QString name = m_signalChoice->currentData().toString();
         if (name.isEmpty())
@@ -73,6 +72,15 @@ void DashboardWidgetConfigDialog::applyConfig()
             m_widget->assignSignals({name});
     }
     m_widget->applyConfigUI();
+}
+
+QList<QString> DashboardWidgetConfigDialog::selectedSignals() const
+{
+    QList<QString> names;
+    const QList<QListWidgetItem*> selected = m_signalList->selectedItems();
+    for (const QListWidgetItem* item : selected)
+        names.append(item->data(Qt::UserRole).toString());
+    return names;
 }
 
 void DashboardWidgetConfigDialog::setupSignalRow()
@@ -99,6 +107,7 @@ void DashboardWidgetConfigDialog::setupSignalList()
         m_signalList->addItem(item);
         item->setSelected(assigned.contains(each.enumName));
     }
+    m_selectedAtFirst = selectedSignals();
     m_form->addRow(tr("Signals:"), m_signalList);
 }
 

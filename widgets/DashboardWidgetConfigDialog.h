@@ -26,9 +26,11 @@ private:
     void setupSignalRow();
     void setupSignalList();
     void setupSignalChoice();
+    QList<QString> selectedSignals() const;
 
     QPointer<DashboardWidget> m_widget;
     QFormLayout* m_form = nullptr;
     QListWidget* m_signalList = nullptr;
+    QList<QString> m_selectedAtFirst;
     QComboBox* m_signalChoice = nullptr;
 };

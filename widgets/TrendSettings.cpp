@@ -96,7 +96,7 @@ void TrendSettingsEditors::build(const TrendSettings& settings, QFormLayout* for
 void TrendSettingsEditors::apply(TrendSettings& settings) const
 {
     if (m_timeWindow)
-        settings.timeWindowMs = m_timeWindow->value();
+        settings.timeWindowMs = editedValue(m_timeWindow, settings.timeWindowMs);
     if (m_autoscale)
         settings.autoscale = m_autoscale->isChecked();
     if (m_yMin)
@@ -106,7 +106,7 @@ void TrendSettingsEditors::apply(TrendSettings& settings) const
     if (m_showGrid)
         settings.showGrid = m_showGrid->isChecked();
     if (m_gridLines)
-        settings.gridLines = m_gridLines->value();
+        settings.gridLines = editedValue(m_gridLines, settings.gridLines);
     if (m_sampleAndHold)
         settings.sampleAndHold = m_sampleAndHold->isChecked();
 }

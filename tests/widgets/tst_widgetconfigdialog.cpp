@@ -44,6 +44,8 @@ private Q_SLOTS:
         SeveralSignals widget;
         widget.assignSignals({"SIG_B", "SIG_X"});
         DashboardWidgetConfigDialog dialog(&widget);
+        dialog.applyConfig(); // untouched, it does not lose what the catalogue lacks
+        QCOMPARE(widget.assignedSignalList(), QStringList({"SIG_B", "SIG_X"}));
         dialog.findChild<QListWidget*>()->item(0)->setSelected(true);
         dialog.applyConfig();
         QStringList assigned = widget.assignedSignalList();
