@@ -3,6 +3,7 @@
 #include "widgets/DashboardWidgetFactory.h"
 
 #include <QKeyEvent>
+#include <QPalette>
 
 namespace {
 

@@ -1,3 +1,4 @@
+#include "support/TextRecorder.h"
 #include "support/WidgetTools.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/DashboardWidgetFactory.h"
@@ -115,6 +116,19 @@ private Q_SLOTS:
             onMagenta.fill(Qt::magenta);
             widget->render(&onMagenta, {}, {}, QWidget::DrawChildren);
             QCOMPARE(onMagenta != onBackground, has("see-through"));
+        }
+    }
+
+    void cutsOffNoText()
+    {
+        const auto widget = make();
+        widget->resize(widget->minimumSize().expandedTo(widget->minimumCanvasSize()));
+        for (const double value : {7.0, -123.456, 98765.4321}) {
+            deliver(*widget, value, value);
+            TextRecorder recorder(widget->size());
+            widget->render(&recorder);
+            QCOMPARE(recorder.cutOff(), QStringList());
+            QVERIFY(recorder.textCount() > 0 || type().name == QByteArray("Line"));
         }
     }
 
