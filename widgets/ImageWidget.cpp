@@ -21,12 +21,14 @@
 
 namespace {
 
+// No enum class: layouts store the number, and one that is not listed is kept and draws nothing.
 enum ScaleMode { Contain = 0, Cover = 1, Stretch = 2, ActualSize = 3 };
 
 constexpr qint64 kMaxPixels = 64'000'000;
 constexpr int kMaxSide =
     65'535; ///< as in a JPEG; on absurdly long sides the toolkit's smooth scaling crashes
-constexpr int kSmallestLevel = 512; ///< longer side, in pixels
+constexpr int kSmallestLevel = 512;   ///< longer side, in pixels
+constexpr int kMegabytesToRead = 256; ///< kMaxPixels of 32 bits
 constexpr int kInset = 2;
 constexpr int kLowestOffered = 10; ///< a picture that nobody sees cannot be chosen
 
@@ -46,6 +48,9 @@ QImage readImage(const QString& file)
 {
     if (!QFileInfo(file).isFile()) // reading a pipe or a device might never end
         return {};
+    // The toolkit refuses more than 128 MB, which the photos of many cameras need. The limit is the whole
+    // program's, but only pictures chosen by the user are that large.
+    QImageReader::setAllocationLimit(kMegabytesToRead);
     QImageReader reader(file);
     reader.setAutoTransform(true); // photos are often stored lying on their side
     if (isTooLarge(reader.size()))
@@ -131,19 +136,23 @@ void ImageWidget::setPicture(const QImage& image)
 
 QString ImageWidget::resolved(const QString& path) const
 {
-    if (m_projectFolder.isEmpty() || QDir::isAbsolutePath(path))
+    const QString folder = m_projectFolder.value_or(QString());
+    if (folder.isEmpty() || QDir::isAbsolutePath(path))
         return path;
     // Cleaned, because ".." behind a folder that is a link would lead elsewhere.
-    return QDir::cleanPath(QDir(m_projectFolder).filePath(path));
+    return QDir::cleanPath(QDir(folder).filePath(path));
 }
 
 void ImageWidget::setProjectFolder(const QString& dir)
 {
-    if (dir == m_projectFolder)
+    if (m_projectFolder == dir)
         return;
     m_projectFolder = dir;
-    if (!m_path.isEmpty() && QDir::isRelativePath(m_path))
+    if (!m_path.isEmpty() && QDir::isRelativePath(m_path)) {
+        m_levels.clear(); // the path does not name that picture any more
         loadPixmap(m_path);
+        update();
+    }
 }
 
 QString ImageWidget::typeName() const { return QStringLiteral("Image"); }
@@ -158,8 +167,10 @@ void ImageWidget::loadConfig(const QJsonObject& config)
 {
     if (config.contains(kPathKey)) {
         const QString path = config.value(kPathKey).toString();
-        loadPixmap(path);
-        m_path = path; // also when it is not found: the project's folder may not be known yet
+        // In the working directory a file of the same name may be another picture.
+        if (m_projectFolder || path.isEmpty() || QDir::isAbsolutePath(path))
+            loadPixmap(path);
+        m_path = path; // also when it is not found: it may be there in the next folder
     }
     m_mode = jsonInt(config.value(kModeKey), m_mode);
     m_opacity = jsonInt(config.value(kOpacityKey), m_opacity);
@@ -169,9 +180,10 @@ void ImageWidget::loadConfig(const QJsonObject& config)
 
 QJsonObject ImageWidget::saveConfig() const
 {
-    const bool toRelative = !m_projectFolder.isEmpty() && QDir::isAbsolutePath(m_path);
+    const QString folder = m_projectFolder.value_or(QString());
+    const bool toRelative = !folder.isEmpty() && QDir::isAbsolutePath(m_path);
     return {
-        {kPathKey, toRelative ? QDir(m_projectFolder).relativeFilePath(m_path) : m_path},
+        {kPathKey, toRelative ? QDir(folder).relativeFilePath(m_path) : m_path},
         {kModeKey, m_mode},
         {kOpacityKey, m_opacity},
         {kBorderKey, m_border},
@@ -223,11 +235,13 @@ void ImageWidget::browse(const QPointer<QLineEdit>& editor)
 
 void ImageWidget::applyConfigUI()
 {
-    if (m_pathEditor)
-        loadPixmap(m_pathEditor->text().trimmed());
+    const QString path = m_pathEditor ? m_pathEditor->text().trimmed() : QString();
+    // Nothing was cleared in a line that was empty before: the picture may have been dropped without a file.
+    if (m_pathEditor && !(path.isEmpty() && m_path.isEmpty()))
+        loadPixmap(path);
     if (m_modeEditor && m_modeEditor->currentIndex() >= 0) // an unknown mode is not in the list
         m_mode = m_modeEditor->currentIndex();
-    if (m_opacityEditor)
+    if (m_opacityEditor && m_opacityEditor->value() != std::clamp(m_opacity, kLowestOffered, 100))
         m_opacity = m_opacityEditor->value();
     update();
 }

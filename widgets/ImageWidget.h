@@ -8,6 +8,8 @@
 #include <QPixmap>
 #include <QPointer>
 
+#include <optional>
+
 class QComboBox;
 class QLineEdit;
 class QSlider;
@@ -30,7 +32,8 @@ public:
     /// Shows the picture of that file; an empty path clears the picture and keeps the path. What cannot be
     /// read or has more than 64 million pixels (65,535 on a side) changes nothing, silently.
     void loadPixmap(const QString& path);
-    /// Looks for a picture with a relative path again, in the new folder.
+    /// Looks for a picture with a relative path in that folder, or in the working directory while there is
+    /// no project. One that is not found there leaves the old picture.
     void setProjectFolder(const QString& dir) override;
 
     void setValue(double) override {}
@@ -38,6 +41,7 @@ public:
     QString typeName() const override;
     bool supportsMultipleSignals() const override;
     bool usesSignalSelection() const override;
+    /// A picture with a relative path is not loaded before the project's folder was told.
     void loadConfig(const QJsonObject& config) override;
     QJsonObject saveConfig() const override;
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
@@ -59,7 +63,7 @@ private:
     void drawPicture(QPainter& painter) const;
 
     QString m_path;
-    QString m_projectFolder;
+    std::optional<QString> m_projectFolder; ///< nothing until it was told; empty while there is no project
     QList<QPixmap> m_levels; ///< the picture, then each half the size of the one before; empty without one
     int m_mode = 0;
     int m_opacity = 100; ///< per cent; kept as loaded, painted within 0 to 100

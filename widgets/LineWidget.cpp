@@ -76,7 +76,7 @@ void LineWidget::applyConfigUI()
     if (m_orientationEditor)
         m_orientation = namedOrientation(m_orientationEditor->currentText());
     if (m_thicknessEditor)
-        m_thickness = m_thicknessEditor->value();
+        m_thickness = editedValue(m_thicknessEditor, m_thickness);
     if (m_colorEditor)
         m_color = namedColor(m_colorEditor->currentText());
     update();

@@ -13,3 +13,5 @@ QColor namedColor(const QString& name);
 QString colorName(const QColor& color);
 /// All names, in the order in which dialogs offer them.
 QStringList colorNames();
+/// Those of them that are offered for text.
+QStringList textColorNames();

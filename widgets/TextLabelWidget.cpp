@@ -8,13 +8,12 @@
 #include <QLineEdit>
 #include <QPainter>
 
-#include <algorithm>
-
 namespace {
 
 constexpr int kMaxPointSize = 500;
 constexpr int kMinOfferedPointSize = 6;
 constexpr int kMaxOfferedPointSize = 72;
+constexpr int kMostDrawn = 1'000; ///< characters: a text is laid out whole before it is clipped
 constexpr int kSideInset = 2;
 constexpr int kTopInset = 1;
 
@@ -76,11 +75,9 @@ QJsonObject TextLabelWidget::saveConfig() const
 void TextLabelWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
     m_textEditor = addEditor(form, tr("Text:"), new QLineEdit(m_text, parent), tr("What the label says"));
-    // Too faint for text. With a colour that is not offered nothing is selected, so that OK does not lose it.
-    QStringList offered = colorNames();
-    offered.removeOne(QStringLiteral("Light Gray"));
-    m_colorEditor =
-        addEditor(form, tr("Color:"), newChoice(offered, QString(), parent), tr("The colour of the text"));
+    // With a colour that is not offered nothing is selected, so that OK does not lose it.
+    m_colorEditor = addEditor(form, tr("Color:"), newChoice(textColorNames(), QString(), parent),
+                              tr("The colour of the text"));
     m_colorEditor->setCurrentIndex(m_colorEditor->findText(colorName(m_color)));
     m_pointSizeEditor = addEditor(
         form, tr("Size:"), newIntEditor(m_pointSize, kMinOfferedPointSize, kMaxOfferedPointSize, parent),
@@ -98,7 +95,7 @@ void TextLabelWidget::applyConfigUI()
     if (m_colorEditor && m_colorEditor->currentIndex() >= 0)
         m_color = namedColor(m_colorEditor->currentText());
     if (m_pointSizeEditor)
-        m_pointSize = m_pointSizeEditor->value();
+        m_pointSize = editedValue(m_pointSizeEditor, m_pointSize);
     if (m_boldEditor)
         m_bold = m_boldEditor->isChecked();
     if (m_alignmentEditor)
@@ -116,19 +113,5 @@ void TextLabelWidget::paintEvent(QPaintEvent*)
     painter.setFont(font);
     painter.setPen(m_color);
     painter.drawText(rect().adjusted(kSideInset, kTopInset, -kSideInset, -kTopInset),
-                     int(m_alignment) | Qt::TextSingleLine, visiblePart());
-}
-
-// A text of any length is laid out whole before it is clipped: hand over no more of it than can be seen.
-QString TextLabelWidget::visiblePart() const
-{
-    const int narrowestLetter = std::max(1, m_pointSize / 4); // in pixels
-    const qsizetype most = width() / narrowestLetter + 1;
-    if (m_text.size() <= most)
-        return m_text;
-    if (m_alignment & Qt::AlignLeft)
-        return m_text.left(most);
-    if (m_alignment & Qt::AlignRight)
-        return m_text.right(most);
-    return m_text.mid((m_text.size() - most) / 2, most);
+                     int(m_alignment) | Qt::TextSingleLine, m_text.left(kMostDrawn));
 }

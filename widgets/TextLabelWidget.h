@@ -10,8 +10,8 @@ class QComboBox;
 class QLineEdit;
 class QSpinBox;
 
-// A fixed caption on one line, clipped where it is wider than the widget. It shows no signal, and takes its
-// text as text: nothing in it is read as markup.
+// A fixed caption on one line, clipped where it is wider than the widget and after 1,000 characters. It shows
+// no signal, and takes its text as text: nothing in it is read as markup.
 class TextLabelWidget : public DashboardWidget
 {
     Q_OBJECT
@@ -32,8 +32,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QString visiblePart() const;
-
     QString m_text;
     QColor m_color{Qt::black};
     int m_pointSize = 12;

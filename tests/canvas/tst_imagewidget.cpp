@@ -3,21 +3,25 @@
 #include "widgets/ImageWidget.h"
 
 #include <QBitmap>
+#include <QFormLayout>
 #include <QMimeData>
 #include <QPainter>
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
 
-// Sends what a window system would: no drop without an accepted move. Returns whether it came to the drop.
-static bool drop(const Canvas& canvas, int x, const QMimeData& data)
+// Sends what a window system would: no drop without an accepted move. Returns how many of the two are
+// accepted.
+static int drop(const Canvas& canvas, int x, const QMimeData& data)
 {
     QDragEnterEvent enter(QPoint(x, x), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDragMoveEvent move(QPoint(x, x), Qt::CopyAction, &data, Qt::LeftButton, {});
     QDropEvent drop(QPointF(x, x), Qt::CopyAction, &data, Qt::LeftButton, {});
     QCoreApplication::sendEvent(canvas.view.viewport(), &enter);
     QCoreApplication::sendEvent(canvas.view.viewport(), &move);
-    return move.isAccepted() && QCoreApplication::sendEvent(canvas.view.viewport(), &drop);
+    if (move.isAccepted())
+        QCoreApplication::sendEvent(canvas.view.viewport(), &drop);
+    return int(move.isAccepted()) + int(drop.isAccepted());
 }
 
 static ImageWidget* imageOf(DashboardItem* item) { return static_cast<ImageWidget*>(item->widget()); }
@@ -40,18 +44,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("data"); // type, content
         QTest::addColumn<int>("width");        // 30 before, 40 in the file, 50 in the data
-        QTest::newRow("files") << QStringList{"text/uri-list", "https://a.b/c.png\r\nFILE"} << 40;
-        QTest::newRow("link") << QStringList{"text/plain", "FILE\n"} << 40;
-        QTest::newRow("image") << QStringList{"application/x-qt-image", "50"} << 50;
-        QTest::newRow("huge image") << QStringList{"application/x-qt-image", "9000"} << 30;
-        QTest::newRow("web") << QStringList{"text/uri-list", "https://a.b/c.png"} << 30;
-        QTest::newRow("words") << QStringList{"text/plain", "any"} << 30;
-        QTest::newRow("refused") << QStringList{"a/b", "any"} << 0;
+        QTest::addColumn<int>("accepted");
+        QTest::newRow("files") << QStringList{"text/uri-list", "https://a.b/c.png\r\nFILE"} << 40 << 2;
+        QTest::newRow("link") << QStringList{"text/plain", "FILE\n"} << 40 << 2;
+        QTest::newRow("image") << QStringList{"application/x-qt-image", "50"} << 50 << 2;
+        QTest::newRow("huge image") << QStringList{"application/x-qt-image", "9000"} << 30 << 1;
+        QTest::newRow("web") << QStringList{"text/uri-list", "https://a.b/c.png"} << 30 << 2;
+        QTest::newRow("words") << QStringList{"text/plain", "any"} << 30 << 1;
+        QTest::newRow("refused") << QStringList{"a/b", "any"} << 30 << 0;
     }
     void takesDrops()
     {
         QFETCH(const QStringList, data);
         QFETCH(const int, width);
+        QFETCH(const int, accepted);
         const QString old = saved("old.png", {30, 20}), fresh = saved("fresh.png", {40, 20});
         QMimeData mime;
         mime.setData(data[0], QString(data[1]).replace("FILE", "file://" + fresh).toUtf8());
@@ -65,9 +71,12 @@ private Q_SLOTS:
             const QPointer<ImageWidget> image = imageOf(item);
             image->loadPixmap(old);
             canvas.setDesignMode(design);
-            QCOMPARE(drop(canvas, 200, mime), width > 0);
+            QCOMPARE(drop(canvas, 200, mime), accepted);
             QVERIFY(!drop(canvas, 40, mime) && below->path().isEmpty()); // on the gauge
-            QCOMPARE(image->picture().width(), qMax(30, width));
+            QWidget dialog;
+            image->buildConfigUI(new QFormLayout(&dialog), &dialog);
+            image->applyConfigUI();
+            QCOMPARE(image->picture().width(), width);
             QCOMPARE(image->path(), width <= 30 ? old : width == 40 ? fresh : QString());
             canvas.drag({350, 350}, {370, 370});
             QCOMPARE(item->pos().x(), design ? 120.0 : 100.0);
@@ -76,7 +85,7 @@ private Q_SLOTS:
         }
     }
 
-    void movesWithTheProject()
+    void findsThePictureInTheProject()
     {
         Canvas canvas;
         canvas.scene.setProjectFolder(m_dir.path());
@@ -91,6 +100,19 @@ private Q_SLOTS:
         QVERIFY(image->picture().width() == 60 && image->path() == "none");
         image->loadPixmap({});
         QVERIFY(image->picture().isNull() && image->path() == "none");
+        ImageWidget fresh;
+        QVERIFY(QDir(m_dir.path()).mkdir("c") && QDir::setCurrent(m_dir.path()));
+        QVERIFY(!saved("y.png", {50, 20}).isEmpty() && !saved("c/y.png", {60, 20}).isEmpty());
+        fresh.loadConfig({{"path", "y.png"}});
+        QVERIFY(fresh.picture().isNull());
+        fresh.setProjectFolder({});
+        QCOMPARE(fresh.picture().width(), 50);
+        fresh.setProjectFolder(m_dir.filePath("c"));
+        const QPixmap loaded = fresh.picture();
+        fresh.setProjectFolder(m_dir.filePath("c")); // told again
+        QVERIFY(loaded.width() == 60 && loaded.cacheKey() == fresh.picture().cacheKey());
+        fresh.setProjectFolder(m_dir.filePath("none")); // the other project's picture must not stay
+        QVERIFY(fresh.picture().isNull() && fresh.path() == "y.png");
     }
 
     void fitsThePictureOrRefusesIt()
@@ -107,6 +129,8 @@ private Q_SLOTS:
         QCOMPARE(seen({{"mode", 1}}), QRect(0, 1, 104, 80));
         QCOMPARE(seen({{"mode", 2}}), QRect(2, 2, 100, 80));
         QCOMPARE(seen({{"mode", 3}, {"opacity", 300}}), QRect(2, 2, 40, 20));
+        widget.loadConfig({{"opacity", 50}}); // half of the red behind the green
+        QVERIFY(qAbs(qRed(picture(widget).pixel(9, 9)) - qRed(picture(widget).pixel(0, 0)) / 2) < 3);
         QVERIFY(seen({{"opacity", 0}}).isEmpty() && seen({{"mode", 7}, {"opacity", 100}}).isEmpty());
         QCOMPARE(seen({{"border", true}}), widget.rect());
         widget.loadConfig({{"path", saved("fine.png", {2001, 2001}, Qt::Dense4Pattern)}, {"mode", 3}});
@@ -123,6 +147,8 @@ private Q_SLOTS:
         for (const char* name : {"long.png", "icon.ico", "pipe.png"})
             widget.loadPixmap(m_dir.filePath(name));
         QCOMPARE(widget.path(), m_dir.filePath("hair.png"));
+        widget.loadPixmap(saved("photo.jpg", {8000, 6000}));
+        QCOMPARE(widget.picture().width(), 8000);
     }
 };
 

@@ -70,6 +70,21 @@ private Q_SLOTS:
         const QImage wide = picture(*graph(QStringList(4, u"A long name"_s), 0, 100, -1.23456e-5));
         for (int bar = 1; bar < 4; ++bar) // nothing in the gaps of the captions
             QCOMPARE(darkPixels(wide, QRect(43 + 38 * bar, 111, 1, 27)), 0);
+    }
+
+    void writesNamesAndNumbers()
+    {
+        BarGraphWidget empty;
+        const QImage words = picture(empty); // in gray
+        QVERIFY(words != words.mirrored());
+        const QRect captions(48, 109, 144, 29);
+        const QImage image = picture(*graph({"A"}, 0, 100, 11));
+        QVERIFY(picture(*graph({"A"}, 0, 100, 44)).copy(captions) != image.copy(captions));
+        for (const int y : {8, 28, 48, 68, 88, 108}) {
+            QVERIFY(darkPixels(image, QRect(20, y - 6, 26, 12)) > 5);
+            QCOMPARE(darkPixels(image, QRect(20, y - 6, 6, 12)) > 0, y == 8); // of 100, at the top
+        }
+        QVERIFY(picture(*graph({"Fan"}, 0, 100, 40)) != picture(*graph({"Pump"}, 0, 100, 40)));
         const TestCatalogue catalogue("DASHBOARD_SIGNAL(A, \"Pump\", NONE)\n");
         QCOMPARE(picture(*graph({"A"}, 0, 100, 40)), picture(*graph({"Pump"}, 0, 100, 40)));
     }
@@ -90,7 +105,7 @@ private Q_SLOTS:
             QCOMPARE(picture(line).pixelColor(x, 0) == Qt::darkGreen, x >= 19 && x <= 21);
     }
 
-    void labelStaysOnOneLineInItsColor()
+    void labelStaysOnOneLineInItsFontAndColor()
     {
         TextLabelWidget label;
         label.resize(100, 90);
@@ -101,8 +116,15 @@ private Q_SLOTS:
             QVERIFY(all > 50 && darkPixels(picture(label), QRect(2, 35, 96, 20)) == all);
             label.loadConfig({{"text", "i"}});
             QVERIFY(darkPixels(picture(label), QRect(x, 0, 20, 90)) > 5);
+            label.loadConfig({{"text", u"i\u0301\u0323"_s.repeated(100)}}); // each with two accents
+            QVERIFY(darkPixels(picture(label), QRect(80 - x, 0, 20, 90)) > 5);
         }
         QCOMPARE(label.saveConfig()["color"], QJsonValue("Black"));
+        const auto ink = [&label](int points, bool bold) {
+            label.loadConfig({{"text", "Ag"}, {"point", points}, {"bold", bold}});
+            return darkPixels(picture(label), label.rect());
+        };
+        QVERIFY(ink(12, true) > 1.2 * ink(12, false) && ink(24, false) > 2 * ink(12, false));
     }
 };
 
