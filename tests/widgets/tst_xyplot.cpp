@@ -60,18 +60,19 @@ private Q_SLOTS:
 
     void cloudLooksLikeSingleCircles()
     {
-        QRandomGenerator random(1);
-        QList<CloudDot> dots;
-        for (int i = 0; i < 3000; ++i)
-            dots.append({{random.bounded(-3, 104), random.bounded(-3, 64)}, i * 255 / 3000});
         for (const double ratio : {1.0, 1.25, 1.5, 2.0}) {
-            QImage one(QSize(100, 60) * ratio, QImage::Format_RGB32);
+            const int height = ratio == 2.0 ? 900 : 60; // more than is painted at a time
+            QRandomGenerator random(1);
+            QList<CloudDot> dots;
+            for (int i = 0; i < height * 50; ++i)
+                dots.append({{random.bounded(-3, 104), random.bounded(-3, height + 4)}, i * 5 / height});
+            QImage one(QSize(100, height) * ratio, QImage::Format_RGB32);
             one.fill(Qt::white);
             one.setDevicePixelRatio(ratio);
             QImage cloud = one;
             QPainter together(&cloud);
             together.translate(0.5, 0.25); // as on an item that does not lie on whole pixels
-            drawDotCloud(together, QRect(-2, -2, 110, 70), QColor(40, 140, 160), 1, dots);
+            drawDotCloud(together, QRect(-2, -2, 110, height + 10), QColor(40, 140, 160), 1, dots);
             QPainter singly(&one);
             singly.translate(0.5, 0.25);
             singly.setRenderHint(QPainter::Antialiasing);
@@ -88,6 +89,40 @@ private Q_SLOTS:
             }
             QVERIFY(sum < 3 * one.sizeInBytes());
         }
+    }
+
+    void fadesWithAgeAtFixedLimits()
+    {
+        XYPlotWidget plot;
+        plot.loadConfig({{"autoScaleX", false}, {"xMin", 100}, {"xMax", 200}, {"maxPoints", 4}});
+        plot.loadConfig({{"autoScaleY", false}, {"yMin", -5}, {"yMax", 5}, {"showGrid", false}});
+        const QRect area = plot.plotRect();
+        const auto red = [&](double level) {
+            const QPoint place(int(level * area.width()), -int((1 - level) * area.height()));
+            return picture(plot).pixelColor(area.bottomLeft() + place).red();
+        };
+        const int background = red(0.75);
+        for (const double level : {0.875, 0.125, 0.25, 0.5, 0.75})
+            plot.pushPoint({100 + 100 * level, 5 - 10 * level});
+        QCOMPARE(plot.points().size(), 4);
+        QVERIFY(red(0.25) < background - 30);
+        QVERIFY(red(0.5) < red(0.25) - 30);
+        QCOMPARE(red(0.75), 40);
+    }
+
+    void writesTitleAndLimits()
+    {
+        XYPlotWidget plot;
+        plot.loadConfig({{"xSignal", "X"}, {"showGrid", false}});
+        const QRect area = plot.plotRect();
+        const QRect title(area.left(), 0, area.width(), 20);
+        QCOMPARE(darkPixels(picture(plot), title), 0);
+        plot.loadConfig({{"ySignal", "Y"}});
+        const QRect beside(0, 0, area.left(), 20);
+        const QRect below(area.left(), area.bottom() + 2, 30, 20);
+        for (const QRect& text : {title, beside, beside.translated(0, area.bottom() - 10), below,
+                                  below.translated(area.width() - 30, 0)})
+            QVERIFY(darkPixels(picture(plot), text & plot.rect()) > 0);
     }
 
     void drawsHostilePointsAtTheEdge()
