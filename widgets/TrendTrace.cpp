@@ -10,7 +10,8 @@
 namespace {
 
 constexpr int kNowhere = -1'000'000'000;
-constexpr int kFarOff = 100'000; ///< pixels; further off the plot no line needs to lead
+constexpr int kShortestArea = 24; ///< pixels
+constexpr int kFarOff = 100'000;  ///< pixels; further off the plot no line needs to lead
 
 /// The samples of one pixel column; the values in it as pixels, meaningless when empty.
 struct Column
@@ -105,7 +106,8 @@ public:
     /// A vertical line of the column. Whether many stand side by side is known from the second one on.
     void addVertical(const Column& column, int top, int bottom)
     {
-        const bool beside = column.isDense && m_lastDense == column.x - 1;
+        // A short one costs little, and looks better with soft edges.
+        const bool beside = column.isDense && m_lastDense == column.x - 1 && bottom - top >= kShortestArea;
         m_lastDense = column.isDense ? column.x : kNowhere;
         if (!beside) {
             addLine(QLine(column.x, top, column.x, bottom));
