@@ -88,6 +88,8 @@ void TrendPlotWidget::setValueForSignal(const QString& name, double value)
 
 void TrendPlotWidget::setValueForSignalAt(const QString& name, double value, double tSec)
 {
+    if (m_externalTime && !std::isfinite(tSec))
+        return; // it has no place on the axis, and must not throw out what has
     const qint64 now = currentNowMs(); // asked once: the clock costs more than all else here
     const qint64 t = m_externalTime ? wholeMs(tSec * 1000.0) : now;
     TrendSeries* series = rewoundSeries(name, t);

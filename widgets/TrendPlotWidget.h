@@ -42,7 +42,8 @@ public:
     /// Stamped with currentNowMs(). A value that differs from the last by no more than 1e-9 is dropped, as is
     /// any value of a signal that is not assigned.
     void setValueForSignal(const QString& name, double value) override;
-    /// tSec counts while the time is set from outside; live, the stamp is the wall clock. Without sample and
+    /// tSec counts while the time is set from outside (not finite, the value is dropped); live, the stamp is
+    /// the wall clock. Without sample and
     /// hold a repeated value is kept once 50 ms have passed since the last one.
     void setValueForSignalAt(const QString& name, double value, double tSec) override;
     /// A value with any stamp, for data from elsewhere than router and replay; update asks for a repaint.

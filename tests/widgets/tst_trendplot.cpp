@@ -214,8 +214,8 @@ private Q_SLOTS:
         QTest::newRow("other case") << "A"
                                     << "a" << 1 << times << 1.0 << QList<qint64>{};
         QTest::newRow("bad times") << "A"
-                                   << "A" << 1 << QList{-kInf, qQNaN(), kInf} << 1.0
-                                   << QList<qint64>{-1'000'000'000'000'000, 0, 1'000'000'000'000'000};
+                                   << "A" << 1 << QList{-1e300, 1.0, -kInf, qQNaN(), kInf, 1e300} << 1.0
+                                   << QList<qint64>{-1'000'000'000'000'000, 1000, 1'000'000'000'000'000};
     }
 
     void storesWhatIsAssignedAndNew()
