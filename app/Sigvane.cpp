@@ -189,6 +189,8 @@ void Sigvane::leaveMode(Mode mode)
 {
     if (mode == Design)
         exitDesignMode();
+    else if (mode == Play)
+        exitPlayMode();
 }
 
 bool Sigvane::enterMode(Mode mode)
@@ -233,6 +235,8 @@ void Sigvane::enterPlayMode()
     qDebug("Play mode started");
     setExternalTimeEnabled(*m_scene, false);
 }
+
+void Sigvane::exitPlayMode() { qDebug("Play mode ended"); }
 
 void Sigvane::enterIdleMode()
 {

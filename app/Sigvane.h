@@ -101,6 +101,7 @@ private:
     void enterDesignMode();
     void exitDesignMode();
     void enterPlayMode();
+    void exitPlayMode();
     void enterIdleMode();
     void setCanvasDesignMode(bool on);
     void updateStatusLabel(Mode mode);

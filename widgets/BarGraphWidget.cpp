@@ -245,13 +245,22 @@ void BarGraphWidget::paintCaptions(QPainter& painter, const Plot& plot, const Ba
     // One size for most numbers, or they would jump with every digit that comes or goes.
     const QFont numberFont = fittingFont(painter.font(), {QStringLiteral("-123.45")}, width);
     painter.setPen(Qt::black);
+    const NumberStyle usual{numberFont, kValueDigits};
+    const QFontMetrics numberMetrics(numberFont);
+    painter.setFont(nameFont);
+    const QFontMetrics nameMetrics = painter.fontMetrics();
+    QRect area(0, plot.bottom() + kCaptionGap, width, textHeight);
     for (const Bar& bar : bars.list) {
-        const QRect name(bar.x - bars.reach, plot.bottom() + kCaptionGap, width, textHeight);
-        painter.setFont(nameFont);
-        painter.drawText(name, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
-                         painter.fontMetrics().elidedText(caption(bar.name), Qt::ElideRight, width));
-        NumberStyle::fitting(numberFont, {bar.value}, kValueDigits, width)
-            .draw(painter, name.translated(0, textHeight).adjusted(0, 0, 0, -2), Qt::AlignCenter, bar.value);
+        area.moveLeft(bar.x - bars.reach);
+        painter.drawText(area, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                         nameMetrics.elidedText(caption(bar.name), Qt::ElideRight, width));
+    }
+    area = area.translated(0, textHeight).adjusted(0, 0, 0, -2);
+    for (const Bar& bar : bars.list) {
+        area.moveLeft(bar.x - bars.reach);
+        const bool fits = numberMetrics.horizontalAdvance(usual.text(bar.value)) < width;
+        (fits ? usual : NumberStyle::fitting(numberFont, {bar.value}, kValueDigits, width))
+            .draw(painter, area, Qt::AlignCenter, bar.value);
     }
 }
 

@@ -30,7 +30,7 @@ public:
     /// NaN has no bar.
     void setValueForSignal(const QString& name, double value) override;
     bool supportsMultipleSignals() const override;
-    /// Margin and spacing are kept within 0 … 1,000,000 pixels.
+    /// Margin and spacing may be any numbers; they are painted as 0 … 1,000,000 pixels.
     void loadConfig(const QJsonObject& config) override;
     QJsonObject saveConfig() const override;
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;

@@ -178,12 +178,23 @@ void ImageWidget::loadConfig(const QJsonObject& config)
     update();
 }
 
-QJsonObject ImageWidget::saveConfig() const
+QString ImageWidget::pathToSave() const
 {
     const QString folder = m_projectFolder.value_or(QString());
-    const bool toRelative = !folder.isEmpty() && QDir::isAbsolutePath(m_path);
+    if (folder.isEmpty() || !QDir::isAbsolutePath(m_path))
+        return m_path;
+    // The project may have been opened through a link, and the picture dropped by its real path.
+    const QString direct = QDir(folder).relativeFilePath(m_path);
+    const QString real =
+        QDir(QFileInfo(folder).canonicalFilePath()).relativeFilePath(QFileInfo(m_path).canonicalFilePath());
+    const QLatin1String outside("../");
+    return direct.startsWith(outside) && !real.isEmpty() && !real.startsWith(outside) ? real : direct;
+}
+
+QJsonObject ImageWidget::saveConfig() const
+{
     return {
-        {kPathKey, toRelative ? QDir(folder).relativeFilePath(m_path) : m_path},
+        {kPathKey, pathToSave()},
         {kModeKey, m_mode},
         {kOpacityKey, m_opacity},
         {kBorderKey, m_border},

@@ -33,7 +33,7 @@ public:
     /// read or has more than 64 million pixels (65,535 on a side) changes nothing, silently.
     void loadPixmap(const QString& path);
     /// Looks for a picture with a relative path in that folder, or in the working directory while there is
-    /// no project. One that is not found there leaves the old picture.
+    /// no project. One that is not found there leaves the widget empty.
     void setProjectFolder(const QString& dir) override;
 
     void setValue(double) override {}
@@ -57,6 +57,7 @@ private:
     static void browse(const QPointer<QLineEdit>& editor);
     void addPathRow(QFormLayout* form, QWidget* parent);
     QString resolved(const QString& path) const;
+    QString pathToSave() const;
     void setPicture(const QImage& image);
     QRectF targetRect() const;
     const QPixmap& levelFor(const QSizeF& pixels) const;

@@ -19,14 +19,15 @@ constexpr int kVeilAlpha = 200; ///< the traces behind can be seen but leave the
 
 } // namespace
 
-void TrendLegend::paint(QPainter& painter, const QRect& plot, const QList<Row>& rows, QColor background)
+void TrendLegend::paint(QPainter& painter, const QRect& plot, int bottom, const QList<Row>& rows,
+                        QColor background)
 {
     clear();
     background.setAlpha(kVeilAlpha);
     const QFontMetrics metrics = painter.fontMetrics();
     const int left = plot.left();
     const int textRoom = plot.right() - left - kTextLeft;
-    const qsizetype shown = std::min<qsizetype>(rows.size(), (plot.height() - kTopGap) / kRowHeight);
+    const qsizetype shown = std::min<qsizetype>(rows.size(), (bottom - plot.top() - kTopGap) / kRowHeight);
     if (shown <= 0)
         return;
     QStringList texts;

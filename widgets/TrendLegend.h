@@ -22,8 +22,9 @@ public:
         bool hidden = false; ///< greyed
     };
 
-    /// In the painter's font, over a veil of the background's colour; rows below the plot are left out.
-    void paint(QPainter& painter, const QRect& plot, const QList<Row>& rows, QColor background);
+    /// In the painter's font, over a veil of the background's colour. Rows go on below the plot, where they
+    /// can still be clicked, down to the row of pixels before bottom.
+    void paint(QPainter& painter, const QRect& plot, int bottom, const QList<Row>& rows, QColor background);
     /// The key of the row at that place.
     std::optional<QString> channelAt(const QPoint& pos) const;
     void clear() { m_areas.clear(); }

@@ -20,7 +20,7 @@ constexpr QLatin1String kLabelKey("label");
 constexpr QLatin1String kScreen("screen");
 constexpr QLatin1String kData("data");
 
-constexpr int kNarrowestBox = 16;
+constexpr int kColumnsPerBox = 4;              ///< that many boxes lie several times over one another
 constexpr qsizetype kMaxLabelCharacters = 200; ///< wider than most plots
 
 /// Where a marker that is in sight stands, and how far from now, in milliseconds.
@@ -97,16 +97,16 @@ TrendMarkerLayout::TrendMarkerLayout(const QList<Marker>& markers, const QRect& 
                                      const QFontMetrics& metrics)
     : m_plot(plot)
 {
-    const int roomForBoxes = plot.width() / kNarrowestBox + 1;
+    const int mostBoxes = plot.width() / kColumnsPerBox + 1;
     QSet<int> taken; // of two lines at one place the older one is not seen
     for (auto marker = markers.crbegin(); marker != markers.crend(); ++marker) {
         const auto place = placeOf(*marker, plot, t0, t1);
         if (!place)
             continue;
-        if (m_boxes.size() < roomForBoxes)
-            addBoxes(*marker, place->x, place->relativeMs, metrics);
         if (taken.contains(place->x))
             continue;
+        if (m_boxes.size() < mostBoxes)
+            addBoxes(*marker, place->x, place->relativeMs, metrics);
         taken.insert(place->x);
         m_lines.append({place->x, colorOf(*marker)});
     }

@@ -31,8 +31,8 @@ QColor screenMarkerColor();
 QList<Marker> markersFromJson(const QJsonArray& array);
 QJsonArray markersToJson(const QList<Marker>& markers);
 
-// Where the markers of a plot stand in one painting. The newest have boxes above and below the plot; those of
-// more than find room side by side would be hidden by them anyway.
+// Where the markers of a plot stand in one painting. They have boxes above and below the plot; of very many
+// only the newest, and of several in one column of pixels the newest of them.
 class TrendMarkerLayout
 {
 public:

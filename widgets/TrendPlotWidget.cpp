@@ -89,7 +89,7 @@ void TrendPlotWidget::setValueForSignal(const QString& name, double value)
 void TrendPlotWidget::setValueForSignalAt(const QString& name, double value, double tSec)
 {
     if (m_externalTime && !std::isfinite(tSec))
-        return; // it has no place on the axis, and must not throw out what has
+        return;                        // it has no place on the axis, and must not throw out what has
     const qint64 now = currentNowMs(); // asked once: the clock costs more than all else here
     const qint64 t = m_externalTime ? wholeMs(tSec * 1000.0) : now;
     TrendSeries* series = rewoundSeries(name, t);
@@ -435,10 +435,9 @@ void TrendPlotWidget::drawSeriesDownsampled(QPainter& painter, const QRect& plot
     drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, 1.0, columnTrace);
 }
 
-QStringList TrendPlotWidget::readingsAt(qint64 tMs) const
+QStringList TrendPlotWidget::readingsAt(qint64 tMs, qint64 nowMs) const
 {
-    const double age = double(currentNowMs() - boundedTimeMs(tMs)) / 1000.0;
-    QStringList readings{QStringLiteral("t = %1 s").arg(age, 0, 'f', 3)};
+    QStringList readings{QStringLiteral("t = %1 s").arg(double(nowMs - tMs) / 1000.0, 0, 'f', 3)};
     for (const Channel& channel : m_channels) {
         const double value = valueAtTime(channel.key, tMs);
         if (!std::isnan(value))
@@ -452,7 +451,7 @@ void TrendPlotWidget::drawCrosshair(QPainter& painter, const QRect& plot, qint64
     if (!m_mouseInside || !plot.contains(m_mousePos))
         return;
     paintCrosshair(painter, plot, m_mousePos.x(),
-                   readingsAt(TrendGeometry::timeForX(plot, t0, t1, m_mousePos.x())));
+                   readingsAt(TrendGeometry::timeForX(plot, t0, t1, m_mousePos.x()), t1));
 }
 
 void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)
@@ -464,7 +463,7 @@ void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)
             rows.append({channel.key, displayNameOf(channel.key), channel.color,
                          m_hiddenChannels.contains(channel.key)});
     }
-    m_legend.paint(painter, plot, rows, palette().color(QPalette::Window));
+    m_legend.paint(painter, plot, height(), rows, palette().color(QPalette::Window));
 }
 
 // --- Configuration -----------------------------------------------------------------------------------------

@@ -68,7 +68,7 @@ public:
     double valueAtTime(const QString& key, qint64 tMs) const;
 
     /// What the crosshair says at a time: its age in seconds, then the value of every channel that has one.
-    QStringList readingsAt(qint64 tMs) const;
+    QStringList readingsAt(qint64 tMs, qint64 nowMs) const;
 
     QList<Marker> markers() const { return m_markers; }
     void clearAllMarkers();

@@ -25,6 +25,8 @@ struct Column
     std::optional<int> last;
 
     bool spans(int y) const { return top <= y && y <= bottom; }
+    /// Several samples that make a vertical line.
+    bool isLine() const { return isDense && !isEmpty && top != bottom; }
 };
 
 std::optional<int> pixelOf(const TrendAxes& axes, double value)
@@ -90,6 +92,8 @@ double valueAtLeftEdge(const TrendSeries& series, qsizetype first, qint64 t0)
     const TrendSample& before = series.at(first - 1);
     const TrendSample& after = series.at(first);
     const double fraction = double(t0 - before.tMs) / double(std::max<qint64>(after.tMs - before.tMs, 1));
+    if (std::isinf(before.value) || std::isinf(after.value))
+        return fraction < 0.5 ? before.value : after.value; // between them is no number
     // Not before + (after - before) × fraction: the difference of two huge values overflows.
     return before.value * (1.0 - fraction) + after.value * fraction;
 }
@@ -113,12 +117,13 @@ public:
             addLine(QLine(column.x, top, column.x, bottom));
             return;
         }
-        // What the pen covers, as lines and their ends stand out by half its width.
-        const QRect area(QPoint(column.x - 1, top - 1), QPoint(column.x, bottom));
-        QRect* const last = m_trace.areas.isEmpty() ? nullptr : &m_trace.areas.last();
-        if (last && last->right() == column.x - 1 && last->top() == area.top() &&
+        // What the pen covers: lines and their ends stand out by half its width.
+        constexpr double kHalf = Trace::kPenWidth / 2;
+        const QRectF area(QPointF(column.x - kHalf, top - kHalf), QPointF(column.x + kHalf, bottom + kHalf));
+        QRectF* const last = m_trace.areas.isEmpty() ? nullptr : &m_trace.areas.last();
+        if (last && last->right() == area.right() - 1 && last->top() == area.top() &&
             last->bottom() == area.bottom())
-            last->setRight(column.x);
+            last->setRight(area.right());
         else
             m_trace.areas.append(area);
     }
@@ -143,8 +148,8 @@ Trace segmentTrace(const TrendSeries& series, const TrendAxes& axes)
     std::optional<int> y = pixelOf(axes, valueAtLeftEdge(series, begin, axes.t0));
     std::optional<Column> before;
     forEachColumn(series, axes, begin, end, [&](const Column& column) {
-        // Where values are many and wild, the line from column to column lies inside both of them.
-        const bool covered = before && before->isDense && column.isDense && column.x == x + 1 && y &&
+        // Where values are many and wild, the line from column to column lies inside both of their own lines.
+        const bool covered = before && before->isLine() && column.isLine() && column.x == x + 1 && y &&
                              column.first && column.spans(*y) && before->spans(*column.first);
         if (y && column.first && !covered)
             tracer.addLine(QLine(x, *y, column.x, *column.first));
@@ -190,6 +195,8 @@ Trace stepTrace(const TrendSeries& series, const TrendAxes& axes)
 Trace columnTrace(const TrendSeries& series, const TrendAxes& axes)
 {
     Trace trace;
+    if (series.size() < 2)
+        return trace;
     const auto pixel = [&axes](double value) {
         const double level = (value - axes.values.low) / (axes.values.high - axes.values.low);
         return axes.plot.bottom() - boundedInt(level * axes.plot.height(), -kFarOff, kFarOff, 0);

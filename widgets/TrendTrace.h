@@ -5,7 +5,7 @@
 
 #include <QLine>
 #include <QList>
-#include <QRect>
+#include <QRectF>
 
 class TrendSeries;
 
@@ -32,8 +32,10 @@ struct TrendAxes
 struct Trace
 {
     QList<QLine> lines; ///< for the pen, whose width is kPenWidth
-    /// Where many vertical lines stand side by side: the pixels that they cover, at a fraction of the cost.
-    QList<QRect> areas;
+    /// Where many vertical lines stand side by side: what the pen covers, to be filled without antialiasing
+    /// at a fraction of the cost. On a device of one pixel per unit these are the very pixels, else at most
+    /// one pixel more or less at the edges.
+    QList<QRectF> areas;
 
     static constexpr double kPenWidth = 1.5;
 };

@@ -246,7 +246,7 @@ void XYPlotWidget::applyConfigUI()
         takeOver(axis->maximumEditor, axis->maximum);
     }
     if (m_capacityEditor)
-        m_points.setCapacity(m_capacityEditor->value());
+        m_points.setCapacity(editedValue(m_capacityEditor, m_points.capacity()));
     takeOver(m_drawLinesEditor, m_drawLines);
     takeOver(m_showGridEditor, m_showGrid);
     clearData();

@@ -15,20 +15,30 @@ namespace {
 constexpr double kInf = std::numeric_limits<double>::infinity();
 const QRect kPlot(10, 10, 300, 200);
 
-/// Noise around a slow wave with spikes of one sample, gaps and infinities in it.
-TrendSeries noise(int samples, qint64 spanMs, quint32 seed)
+/// Noise around a slow wave with spikes of one sample, gaps and infinities in it; a constant; noise of less
+/// than a pixel with steps; bursts.
+enum Shape { Noise, Constant, Steps, Bursts };
+
+TrendSeries samplesOf(Shape shape, int samples, qint64 spanMs, quint32 seed)
 {
     QRandomGenerator random(seed);
     TrendSeries series;
     for (int i = 0; i < samples; ++i) {
-        const double wave = std::sin(i * 20.0 / samples) + random.generateDouble() * 0.2;
+        const double x = double(i) / samples;
+        const double noise = random.generateDouble();
         const int kind = random.bounded(400);
-        const double value = kind == 0   ? 9.0
-                             : kind == 1 ? -9.0
-                             : kind == 2 ? kInf
-                             : kind == 3 ? qQNaN()
-                                         : wave;
-        series.append({spanMs * i / samples, value});
+        double value = 4.8;
+        if (shape == Noise)
+            value = std::sin(x * 20.0) + noise * 4.0;
+        else if (shape == Steps)
+            value = (int(x * 7) % 2) * 5.0 + noise * 0.02;
+        else if (shape == Bursts)
+            value = int(x * 50) % 3 == 0 ? noise * 15.0 - 7.0 : 1.0;
+        if (shape == Noise && kind < 4)
+            value = kind == 0 ? 9.0 : kind == 1 ? -9.0 : kind == 2 ? kInf : qQNaN();
+        if (shape == Bursts && int(x * 50) % 5 == 4)
+            continue;
+        series.append({qint64(x * double(spanMs)), value});
     }
     return series;
 }
@@ -50,9 +60,10 @@ QList<QLine> everySample(const TrendSeries& series, const TrendAxes& axes, bool 
     return lines;
 }
 
-QImage drawn(const Trace& trace, bool antialiased)
+QImage drawn(const Trace& trace, bool antialiased, int ratio = 1)
 {
-    QImage image(320, 220, QImage::Format_Grayscale8);
+    QImage image(320 * ratio, 220 * ratio, QImage::Format_Grayscale8);
+    image.setDevicePixelRatio(ratio);
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing, antialiased);
@@ -61,7 +72,8 @@ QImage drawn(const Trace& trace, bool antialiased)
         if (line.p1() != line.p2())
             painter.drawLine(line);
     }
-    for (const QRect& area : trace.areas)
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (const QRectF& area : trace.areas)
         painter.fillRect(area, Qt::black);
     return image;
 }
@@ -92,6 +104,22 @@ struct PaintCounter : QObject
         return false;
     }
 };
+
+/// Whether each dark pixel of one picture has a dark one in the other, at its place or beside it.
+bool darkNear(const QImage& image, const QImage& other)
+{
+    const auto isDark = [](const QImage& picture, int x, int y) { return picture.constScanLine(y)[x] < 128; };
+    for (int y = 1; y < image.height() - 1; ++y) {
+        for (int x = 1; x < image.width() - 1; ++x) {
+            bool near = !isDark(image, x, y);
+            for (int i = 0; i < 9 && !near; ++i)
+                near = isDark(other, x + i % 3 - 1, y + i / 3 - 1);
+            if (!near)
+                return false;
+        }
+    }
+    return true;
+}
 
 } // namespace
 
@@ -146,19 +174,26 @@ private Q_SLOTS:
         }
     }
 
-    // Without antialiasing the same pixels; with it the same ends in every column, and shades of grey at most
-    // where one picture draws over an edge more often than the other, or fills it.
+    // Without antialiasing the same pixels. With it the same ends in every column, on a finer device within
+    // one of its pixels; shades of grey differ where one picture draws over an edge more often or fills it.
     void looksLikeEverySample()
     {
         QFETCH(int, samples);
         QFETCH(bool, steps);
-        const TrendSeries series = noise(samples, 600'000, 42);
-        const TrendAxes axes{kPlot, 0, series.last().tMs, {-10.0, 10.0}};
-        const Trace trace = steps ? stepTrace(series, axes) : segmentTrace(series, axes);
-        const Trace all{everySample(series, axes, steps), {}};
-        QVERIFY(trace.lines.size() + trace.areas.size() <= 3 * kPlot.width());
-        QCOMPARE(drawn(trace, false), drawn(all, false));
-        QCOMPARE(reach(drawn(trace, true)), reach(drawn(all, true)));
+        for (const Shape shape : {Noise, Constant, Steps, Bursts}) {
+            const TrendSeries series = samplesOf(shape, samples, 600'000, 42);
+            const TrendAxes axes{kPlot, 0, series.last().tMs, {-10.0, 10.0}};
+            const Trace trace = steps ? stepTrace(series, axes) : segmentTrace(series, axes);
+            const Trace all{everySample(series, axes, steps), {}};
+            QVERIFY(trace.lines.size() + trace.areas.size() <= 3 * kPlot.width());
+            QCOMPARE(drawn(trace, false), drawn(all, false));
+            QCOMPARE(reach(drawn(trace, true)), reach(drawn(all, true)));
+            if (samples > 3'000)
+                break; // the rest takes long
+            const QImage fine = drawn(trace, true, 2);
+            const QImage fineOfAll = drawn(all, true, 2);
+            QVERIFY(darkNear(fine, fineOfAll) && darkNear(fineOfAll, fine));
+        }
     }
 
     void drawsHeldValueAndOpenEnds()
@@ -303,8 +338,8 @@ private Q_SLOTS:
         plot.setExternalNowMs(30'000);
         plot.setValueForSignalAt("B", 1.0, 30.0); // A is silent
         QCOMPARE(plot.series("A")->size(), 1);
-        QCOMPARE(plot.readingsAt(30'000), QStringList({"t = 0.000 s", "A: -5", "B: 1"}));
-        QCOMPARE(plot.readingsAt(20'000).first(), "t = 10.000 s");
+        QCOMPARE(plot.readingsAt(30'000, 30'000), QStringList({"t = 0.000 s", "A: -5", "B: 1"}));
+        QCOMPARE(plot.readingsAt(20'000, 30'000).first(), "t = 10.000 s");
     }
 
     void repaintsWhenItHasTo()
