@@ -185,10 +185,11 @@ QString ImageWidget::pathToSave() const
         return m_path;
     // The project may have been opened through a link, and the picture dropped by its real path.
     const QString direct = QDir(folder).relativeFilePath(m_path);
-    const QString real =
-        QDir(QFileInfo(folder).canonicalFilePath()).relativeFilePath(QFileInfo(m_path).canonicalFilePath());
-    const QLatin1String outside("../");
-    return direct.startsWith(outside) && !real.isEmpty() && !real.startsWith(outside) ? real : direct;
+    const QString realFolder = QFileInfo(folder).canonicalFilePath();
+    const QString realPath = QFileInfo(m_path).canonicalFilePath();
+    if (realFolder.isEmpty() || !realPath.startsWith(realFolder + QLatin1Char('/')))
+        return direct; // outside, or one of them is gone
+    return QDir(realFolder).relativeFilePath(realPath);
 }
 
 QJsonObject ImageWidget::saveConfig() const

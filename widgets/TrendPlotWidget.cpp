@@ -437,7 +437,7 @@ void TrendPlotWidget::drawSeriesDownsampled(QPainter& painter, const QRect& plot
 
 QStringList TrendPlotWidget::readingsAt(qint64 tMs, qint64 nowMs) const
 {
-    QStringList readings{QStringLiteral("t = %1 s").arg(double(nowMs - tMs) / 1000.0, 0, 'f', 3)};
+    QStringList readings{QStringLiteral("t = %1 s").arg((double(nowMs) - double(tMs)) / 1000.0, 0, 'f', 3)};
     for (const Channel& channel : m_channels) {
         const double value = valueAtTime(channel.key, tMs);
         if (!std::isnan(value))

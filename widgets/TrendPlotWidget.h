@@ -43,8 +43,8 @@ public:
     /// any value of a signal that is not assigned.
     void setValueForSignal(const QString& name, double value) override;
     /// tSec counts while the time is set from outside (not finite, the value is dropped); live, the stamp is
-    /// the wall clock. Without sample and
-    /// hold a repeated value is kept once 50 ms have passed since the last one.
+    /// the wall clock. Without sample and hold a repeated value is kept once 50 ms have passed since the last
+    /// one.
     void setValueForSignalAt(const QString& name, double value, double tSec) override;
     /// A value with any stamp, for data from elsewhere than router and replay; update asks for a repaint.
     void addSample(const QString& name, double value, qint64 tMs, bool update);
@@ -67,7 +67,8 @@ public:
     /// The value stored nearest to a time; NaN when there is none. The key is that of the series.
     double valueAtTime(const QString& key, qint64 tMs) const;
 
-    /// What the crosshair says at a time: its age in seconds, then the value of every channel that has one.
+    /// What the crosshair says at a time: its age at nowMs in seconds, then the value of every channel that
+    /// has one.
     QStringList readingsAt(qint64 tMs, qint64 nowMs) const;
 
     QList<Marker> markers() const { return m_markers; }

@@ -12,8 +12,8 @@ class TrendSeries;
 // From the samples of one signal to what shows it: pure functions, without painter or widget. Samples that
 // fall into one pixel column become one vertical line over all that they cover, joined to its neighbours at
 // the first and the last of them: the same pixels as a line from sample to sample, at a cost that is bounded
-// by the columns. A sample alone in its column is drawn as it is. NaN interrupts the trace; infinite values
-// lie at the edge.
+// by the columns. A sample alone in its column is drawn as it is. NaN interrupts the trace, though not within
+// a column; infinite values lie at the edge.
 
 /// The window of the plot: which time and which value lie where.
 struct TrendAxes

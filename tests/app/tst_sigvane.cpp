@@ -102,6 +102,14 @@ private Q_SLOTS:
         }
     }
 
+    void saysThatPlayEnds()
+    {
+        Rig rig;
+        rig.window.setMode(Sigvane::Play);
+        QTest::ignoreMessage(QtDebugMsg, "Play mode ended");
+        rig.window.setMode(Sigvane::Pause);
+    }
+
     void tellsTheCanvasTheProjectAlsoWithoutDefinitions()
     {
         Rig rig;

@@ -96,6 +96,10 @@ private Q_SLOTS:
         canvas.scene.setProjectFolder(m_dir.filePath("b"));
         ImageWidget* image = imageOf(item);
         QVERIFY(image->picture().width() == 60 && image->path() == "x.png");
+        QVERIFY(QFile::link(m_dir.filePath("b"), m_dir.filePath("link")));
+        canvas.scene.setProjectFolder(m_dir.filePath("link"));
+        image->loadPixmap(m_dir.filePath("b/x.png")); // as a file manager names it
+        QCOMPARE(image->saveConfig()["path"].toString(), "x.png");
         image->loadConfig({{"path", "none"}});
         QVERIFY(image->picture().width() == 60 && image->path() == "none");
         image->loadPixmap({});

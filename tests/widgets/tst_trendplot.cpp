@@ -203,6 +203,7 @@ private Q_SLOTS:
         const TrendAxes axes{kPlot, 0, 10'000, {0.0, 10.0}};
         const int middle = axes.y(5.0);
         QCOMPARE(stepTrace(series, axes).lines, {QLine(10, middle, 309, middle)});
+        QVERIFY(columnTrace(series, {kPlot, -6000, 10'000, {0.0, 10.0}}).lines.isEmpty());
         QCOMPARE(segmentTrace(series, axes).lines, {});
         series.append({5000, 10.0});
         QCOMPARE(segmentTrace(series, axes).lines, {QLine(10, axes.y(7.5), axes.x(5000), axes.y(10.0))});
@@ -414,6 +415,24 @@ private Q_SLOTS:
         QVERIFY(at(6.0, 0.01) && !at(6.5, 5.0));
         plot.setExternalNowMs(16'100);
         QCOMPARE(hasColor(dataMarkerColor()), -1);
+    }
+
+    void layersMarkersAndLegend()
+    {
+        QList<Marker> markers;
+        for (int i = 0; i < 30; ++i)
+            markers.append({Marker::Kind::Screen, 0, i / 30.0, "x"});
+        const QFontMetrics metrics((QFont()));
+        QCOMPARE(TrendMarkerLayout(markers, kPlot, 0, 1000, metrics).timeBoxes().size(), 30);
+        markers.fill(markers.first());
+        QCOMPARE(TrendMarkerLayout(markers, kPlot, 0, 1000, metrics).timeBoxes().size(), 1);
+        QImage image(320, 220, QImage::Format_RGB32);
+        QPainter painter(&image);
+        TrendLegend legend;
+        const QRect low(10, 100, 300, 20);
+        legend.paint(painter, low, 220, {{"A", "Pump", Qt::red}, {"B", "Fan", Qt::blue}}, Qt::white);
+        QCOMPARE(legend.channelAt({30, 130}).value_or(QString()), "B"); // below the plot
+        QVERIFY(!legend.channelAt({30, 150}));
     }
 
     void followsTheClockOnlyLive()
