@@ -101,9 +101,7 @@ TrendMarkerLayout::TrendMarkerLayout(const QList<Marker>& markers, const QRect& 
     QSet<int> taken; // of two lines at one place the older one is not seen
     for (auto marker = markers.crbegin(); marker != markers.crend(); ++marker) {
         const auto place = placeOf(*marker, plot, t0, t1);
-        if (!place)
-            continue;
-        if (taken.contains(place->x))
+        if (!place || taken.contains(place->x))
             continue;
         if (m_boxes.size() < mostBoxes)
             addBoxes(*marker, place->x, place->relativeMs, metrics);

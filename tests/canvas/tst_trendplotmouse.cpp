@@ -31,31 +31,22 @@ private Q_SLOTS:
 
     void cleanup() { m_canvas.reset(); }
 
-    void placesMarkers_data()
-    {
-        QTest::addColumn<bool>("replay");
-        QTest::addColumn<Marker::Kind>("kind");
-        QTest::newRow("live") << false << Marker::Kind::Screen;
-        QTest::newRow("replay") << true << Marker::Kind::Data;
-    }
-
     void placesMarkers()
     {
-        QFETCH(bool, replay);
-        QFETCH(Marker::Kind, kind);
-        m_plot->setExternalTimeEnabled(replay);
         const QRect plot = m_plot->plotRect();
         click(plot.center() + QPoint(0, 60), Qt::NoModifier);
         click(QPoint(10, plot.center().y()), Qt::AltModifier);
         QVERIFY(m_plot->markers().isEmpty());
-        click(QPoint(plot.left() + plot.width() / 4, plot.center().y()), Qt::AltModifier);
-        QCOMPARE(m_plot->markers().size(), 1);
-        const Marker marker = m_plot->markers().first();
-        QCOMPARE(marker.kind, kind);
-        QVERIFY(std::abs(marker.xFrac - 0.25) < 0.01);
-        const qint64 now = m_plot->currentNowMs();
-        QVERIFY(std::abs(marker.tMs - (now - 7500)) < 100);
-        QVERIFY(marker.label.isEmpty());
+        for (const bool replay : {false, true}) {
+            m_plot->setExternalTimeEnabled(replay);
+            m_plot->clearAllMarkers();
+            click(QPoint(plot.left() + plot.width() / 4, plot.center().y()), Qt::AltModifier);
+            QCOMPARE(m_plot->markers().size(), 1);
+            const Marker marker = m_plot->markers().first();
+            QCOMPARE(marker.kind, replay ? Marker::Kind::Data : Marker::Kind::Screen);
+            QVERIFY(std::abs(marker.xFrac - 0.25) < 0.01 && marker.label.isEmpty());
+            QVERIFY(std::abs(marker.tMs - (m_plot->currentNowMs() - 7500)) < 100);
+        }
     }
 
     void togglesChannelOnLegend()
@@ -133,30 +124,26 @@ private Q_SLOTS:
     }
 
     // A pop-up swallows the release of the press that opened it.
-    void givesTheMouseBackAfterPopups_data()
-    {
-        QTest::addColumn<Qt::MouseButton>("button");
-        QTest::newRow("menu") << Qt::RightButton;
-        QTest::newRow("label") << Qt::LeftButton;
-    }
-
     void givesTheMouseBackAfterPopups()
     {
-        QFETCH(Qt::MouseButton, button);
         DashboardItem* other = m_canvas->add("TrendPlot", QRectF(550, 110, 240, 300));
         auto* plot = qobject_cast<TrendPlotWidget*>(other->widget());
         plot->assignSignals({"A"});
-        const QPoint there = plot->plotRect().center();
-        const QImage before = picture(*plot);
-        QTest::mousePress(viewport(), button, Qt::AltModifier | Qt::ShiftModifier,
-                          inView(m_plot->plotRect().center()));
-        QTRY_VERIFY(QApplication::activePopupWidget());
-        QApplication::activePopupWidget()->close();
-        m_canvas->move(other->mapToScene(there), Qt::NoButton);
-        QVERIFY(picture(*plot) != before);
-        QTest::mouseClick(viewport(), Qt::LeftButton, Qt::AltModifier,
-                          m_canvas->at(other->mapToScene(there)));
-        QCOMPARE(plot->markers().size(), 1);
+        const QPointF there = other->mapToScene(plot->plotRect().center());
+        for (const auto button : {Qt::RightButton, Qt::LeftButton}) { // menu, label
+            plot->clearAllMarkers();
+            const QImage before = picture(*plot);
+            QTest::mousePress(viewport(), button, Qt::AltModifier | Qt::ShiftModifier,
+                              inView(m_plot->plotRect().center()));
+            QTRY_VERIFY(QApplication::activePopupWidget());
+            QTest::mouseRelease(QApplication::activePopupWidget(), button, {}, QPoint(1, 1));
+            QApplication::activePopupWidget()->close();
+            m_canvas->move(there, Qt::NoButton);
+            QVERIFY(picture(*plot) != before);
+            QTest::mouseClick(viewport(), Qt::LeftButton, Qt::AltModifier, m_canvas->at(there));
+            QCOMPARE(plot->markers().size(), 1);
+            m_canvas->move(QPointF(5, 5), Qt::NoButton);
+        }
     }
 
     void crosshairFollowsHover()

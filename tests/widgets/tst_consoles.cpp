@@ -1,11 +1,8 @@
 #include "support/WidgetTools.h"
-#include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/ErrorConsoleWidget.h"
 #include "widgets/MessagesConsoleWidget.h"
 
-#include <QCheckBox>
 #include <QScrollBar>
-#include <QSpinBox>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
@@ -121,15 +118,6 @@ private Q_SLOTS:
         QCoreApplication::sendEvent(shown.editor, &out);
         shown.append(1);
         QVERIFY(shown.isAtEnd());
-    }
-
-    void configuresMessagesAtOnce()
-    {
-        MessagesConsoleWidget console;
-        DashboardWidgetConfigDialog dialog(&console);
-        dialog.findChild<QSpinBox*>()->setValue(80);
-        dialog.findChild<QCheckBox*>()->click();
-        QVERIFY(console.maxLines() == 80 && !console.autoScroll());
     }
 };
 
