@@ -5,8 +5,10 @@
 #include "app/ControlsToolBar.h"
 #include "app/ExportToolBar.h"
 #include "app/IoToolBar.h"
+#include "app/LicenseStatus.h"
 #include "app/ProjectFolder.h"
 #include "app/SerialControls.h"
+#include "app/StatusLine.h"
 #include "app/ValueRouter.h"
 #include "app/WidgetPalette.h"
 #include "canvas/DashboardItem.h"
@@ -15,7 +17,6 @@
 #include "canvas/LayoutFile.h"
 #include "canvas/Plots.h"
 #include "canvas/StackingOrder.h"
-#include "licensing/LicenseCheck.h"
 #include "serial/SerialManager.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/DashboardWidgetFactory.h"
@@ -86,9 +87,9 @@ void Sigvane::setupCanvas()
 
 void Sigvane::setupStatusBar()
 {
+    m_status = new StatusLine(statusBar());
     m_connection = new ConnectionStatus(this);
     statusBar()->addPermanentWidget(m_connection);
-    connect(statusBar(), &QStatusBar::messageChanged, this, &Sigvane::onStatusMessageChanged);
 }
 
 void Sigvane::setupToolBars()
@@ -111,6 +112,7 @@ void Sigvane::setupToolBars()
     connectSerialSignals();
     m_serial->refreshPorts();
     m_controls->addLicenseChip();
+    m_license = new LicenseStatus(m_controls, this);
 }
 
 void Sigvane::setupSerialUi()
@@ -119,13 +121,10 @@ void Sigvane::setupSerialUi()
     connect(m_serialControls, &SerialControls::opened, m_connection, &ConnectionStatus::showOpened);
     connect(m_serialControls, &SerialControls::closed, m_connection, &ConnectionStatus::showClosed);
     connect(m_serialControls, &SerialControls::lost, m_connection, &ConnectionStatus::showLost);
-    connect(m_serialControls, &SerialControls::opened, this, [this] {
-        if (statusBar()->currentMessage() == m_notice)
-            updateStatusLabel(m_mode);
-    });
-    connect(m_serialControls, &SerialControls::statusMessage, statusBar(), &QStatusBar::showMessage);
+    connect(m_serialControls, &SerialControls::opened, m_status, &StatusLine::dropNotice);
+    connect(m_serialControls, &SerialControls::statusMessage, m_status, &StatusLine::showMessage);
     connect(m_serialControls, &SerialControls::lost, this,
-            [this] { showNotice(tr("The device is gone. Press Connect when it is back.")); });
+            [this] { m_status->showNotice(tr("The device is gone. Press Connect when it is back.")); });
 }
 
 void Sigvane::connectSerialSignals()
@@ -150,7 +149,7 @@ void Sigvane::setupProject()
     connect(m_project, &ProjectFolder::pathChanged, m_scene, &DesignScene::setProjectFolder);
     connect(m_project, &ProjectFolder::aboutToOpen, this, [this] { setMode(Idle); });
     connect(m_project, &ProjectFolder::opened, this, [this](const QString& dir) {
-        statusBar()->showMessage(tr("Project: %1").arg(dir), kProjectMessageMs);
+        m_status->showMessage(tr("Project: %1").arg(dir), kProjectMessageMs);
         setWindowTitle(tr("Sigvane — %1").arg(dir));
     });
     connect(m_project, &ProjectFolder::refused, this,
@@ -166,8 +165,10 @@ void Sigvane::setupMenus()
     project->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 
     QMenu* license = menuBar()->addMenu(tr("&License"));
-    license->addAction(tr("License &Status…"), Qt::CTRL | Qt::Key_L, this, &Sigvane::showLicense);
+    license->addAction(tr("License &Status…"), Qt::CTRL | Qt::Key_L, m_license, &LicenseStatus::show);
 }
+
+void Sigvane::setLicenseCheck(LicenseCheck* check) { m_license->setCheck(check); }
 
 // --- Modes -------------------------------------------------------------------------------------------------
 
@@ -257,30 +258,21 @@ void Sigvane::updateStatusLabel(Mode mode)
 {
     switch (mode) {
     case Design:
-        statusBar()->showMessage(tr("Design Mode"), 0);
+        m_status->showMode(tr("Design Mode"));
         break;
     case Record:
-        statusBar()->showMessage(tr("Recording..."), 0);
+        m_status->showMode(tr("Recording..."));
         break;
     case Play:
-        statusBar()->showMessage(tr("Playing..."), 0);
+        m_status->showMode(tr("Playing..."));
         break;
     case Pause:
-        statusBar()->showMessage(tr("Pause..."), 0);
+        m_status->showMode(tr("Pause..."));
         break;
     case Idle:
-        statusBar()->showMessage(tr("Idle"), 0);
+        m_status->showMode(tr("Idle"));
         break;
     }
-}
-
-// What is shown for a time gives way to the mode again. A text longer than the bar can be read in the tool
-// tip.
-void Sigvane::onStatusMessageChanged(const QString& text)
-{
-    statusBar()->setToolTip(text);
-    if (text.isEmpty())
-        updateStatusLabel(m_mode);
 }
 
 // Menus send an empty status tip when they open and close, which would wipe the status bar.
@@ -325,8 +317,7 @@ void Sigvane::normalizeZOrder(QGraphicsScene* scene) { ::normalizeZOrder(scene);
 void Sigvane::addWidget(const QString& typeName)
 {
     const QList<DashboardItem*> items = m_scene->dashboardItems();
-    const bool licensed = m_license && m_license->isLicensed();
-    if (!licensed && items.size() >= kUnlicensedWidgets) {
+    if (!m_license->isLicensed() && items.size() >= kUnlicensedWidgets) {
         QMessageBox::information(
             this, tr("Limit reached"),
             tr("In the unlicensed version you can add up to %1 widgets.").arg(kUnlicensedWidgets));
@@ -390,7 +381,7 @@ void Sigvane::reloadDefinitions()
 {
     const QString path = m_project->definitionsFile();
     if (path.isEmpty()) {
-        statusBar()->showMessage(tr("No definitions to reload: open a project first."), kProjectMessageMs);
+        m_status->showMessage(tr("No definitions to reload: open a project first."), kProjectMessageMs);
         return;
     }
     if (!loadSignalsDef(path))
@@ -398,7 +389,7 @@ void Sigvane::reloadDefinitions()
     if (!projectDir().isEmpty() && path == m_project->file(QStringLiteral("dashboard_signals.def")))
         setWindowTitle(tr("Sigvane — %1").arg(projectDir()));
     reapplyMappingsToCurrentValues();
-    statusBar()->showMessage(tr("Definitions reloaded: %1").arg(path), kProjectMessageMs);
+    m_status->showMessage(tr("Definitions reloaded: %1").arg(path), kProjectMessageMs);
 }
 
 void Sigvane::onProjectChanged()
@@ -449,34 +440,5 @@ void Sigvane::reportProblems(const QStringList& problems)
         return;
     for (const QString& problem : problems)
         std::fprintf(stderr, "sigvane: %s\n", qPrintable(problem));
-    showNotice(problems.join(QStringLiteral("  ·  ")));
+    m_status->showNotice(problems.join(QStringLiteral("  ·  ")));
 }
-
-void Sigvane::showNotice(const QString& text)
-{
-    m_notice = text;
-    statusBar()->showMessage(text, 0);
-}
-
-// --- Licence -----------------------------------------------------------------------------------------------
-
-void Sigvane::setLicenseCheck(LicenseCheck* check)
-{
-    if (m_license)
-        disconnect(m_license, nullptr, this, nullptr);
-    m_license = check;
-    if (check) {
-        connect(check, &LicenseCheck::changed, this, &Sigvane::refreshLicenseChip);
-        connect(check, &QObject::destroyed, this, &Sigvane::refreshLicenseChip);
-    }
-    refreshLicenseChip();
-}
-
-QString Sigvane::licenseText() const
-{
-    return m_license ? m_license->statusText() : tr("Unknown license status");
-}
-
-void Sigvane::refreshLicenseChip() { m_controls->setLicenseText(licenseText()); }
-
-void Sigvane::showLicense() { QMessageBox::information(this, tr("License"), licenseText()); }

@@ -3,17 +3,18 @@
 #include "definitions/ActiveDefinitions.h"
 
 #include <QMainWindow>
-#include <QPointer>
 
 class ConnectionStatus;
 class ControlsToolBar;
 class DesignScene;
 class ExportToolBar;
 class LicenseCheck;
+class LicenseStatus;
 class ProjectFolder;
 class QGraphicsScene;
 class SerialControls;
 class SerialManager;
+class StatusLine;
 class ValueRouter;
 class WidgetPalette;
 struct CommandLine;
@@ -105,17 +106,11 @@ private:
     void enterIdleMode();
     void setCanvasDesignMode(bool on);
     void updateStatusLabel(Mode mode);
-    void onStatusMessageChanged(const QString& text);
     void updateStopActionUi();
 
     void onProjectChanged();
     QString layoutsDir() const;
-    void showLicense();
-    QString licenseText() const;
-    void refreshLicenseChip();
     void reportProblems(const QStringList& problems);
-    /// Shown until something else is, a port is opened or the mode changes.
-    void showNotice(const QString& text);
 
     ActiveDefinitions m_definitions;
     Mode m_mode = Idle;
@@ -128,6 +123,6 @@ private:
     ValueRouter* m_router = nullptr;
     ProjectFolder* m_project = nullptr;
     ConnectionStatus* m_connection = nullptr;
-    QPointer<LicenseCheck> m_license;
-    QString m_notice;
+    LicenseStatus* m_license = nullptr;
+    StatusLine* m_status = nullptr;
 };

@@ -1,0 +1,32 @@
+#include "app/LicenseStatus.h"
+
+#include "app/ControlsToolBar.h"
+#include "licensing/LicenseCheck.h"
+
+#include <QMessageBox>
+
+LicenseStatus::LicenseStatus(ControlsToolBar* chip, QWidget* dialogParent)
+    : QObject(dialogParent)
+    , m_chip(chip)
+    , m_dialogParent(dialogParent)
+{}
+
+void LicenseStatus::setCheck(LicenseCheck* check)
+{
+    if (m_check)
+        disconnect(m_check, nullptr, this, nullptr);
+    m_check = check;
+    if (check) {
+        connect(check, &LicenseCheck::changed, this, &LicenseStatus::refreshChip);
+        connect(check, &QObject::destroyed, this, &LicenseStatus::refreshChip);
+    }
+    refreshChip();
+}
+
+bool LicenseStatus::isLicensed() const { return m_check && m_check->isLicensed(); }
+
+void LicenseStatus::show() const { QMessageBox::information(m_dialogParent, tr("License"), text()); }
+
+QString LicenseStatus::text() const { return m_check ? m_check->statusText() : tr("Unknown license status"); }
+
+void LicenseStatus::refreshChip() { m_chip->setLicenseText(text()); }

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class ControlsToolBar;
+class LicenseCheck;
+class QWidget;
+
+// What the window knows and shows of the licence: yes or no, the chip on the toolbar, and a box with the same
+// text. It refuses nothing by itself.
+class LicenseStatus : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Nothing is owned; dialogParent is the window above which the box appears.
+    LicenseStatus(ControlsToolBar* chip, QWidget* dialogParent);
+
+    /// The check that is asked from now on, not owned; without one the program counts as unlicensed.
+    void setCheck(LicenseCheck* check);
+    bool isLicensed() const;
+    void show() const;
+
+private:
+    QString text() const;
+    void refreshChip();
+
+    ControlsToolBar* m_chip;
+    QWidget* m_dialogParent;
+    QPointer<LicenseCheck> m_check;
+};

@@ -1,0 +1,42 @@
+#include "app/StatusLine.h"
+
+#include <QStatusBar>
+
+StatusLine::StatusLine(QStatusBar* bar)
+    : QObject(bar)
+    , m_bar(bar)
+{
+    connect(bar, &QStatusBar::messageChanged, this, &StatusLine::onMessageChanged);
+}
+
+void StatusLine::showMode(const QString& text)
+{
+    m_mode = text;
+    m_bar->showMessage(text, 0);
+}
+
+void StatusLine::showMessage(const QString& text, int milliseconds)
+{
+    m_bar->showMessage(text, milliseconds);
+}
+
+void StatusLine::showNotice(const QString& text)
+{
+    m_notice = text;
+    m_bar->showMessage(text, 0);
+}
+
+void StatusLine::dropNotice()
+{
+    if (m_bar->currentMessage() == m_notice)
+        m_bar->showMessage(m_mode, 0);
+}
+
+// What is shown for a time gives way to the mode again. A text longer than the bar can be read in the tool
+// tip.
+void StatusLine::onMessageChanged(const QString& text)
+{
+    m_bar->setToolTip(text);
+    if (text.isEmpty())
+        m_bar->showMessage(m_mode, 0);
+}
