@@ -33,6 +33,8 @@ public:
     std::optional<double> timestamp() const { return m_timestamp; }
     /// Reads the next token, dropped ones included; false at the end of the line.
     bool next(Token& token);
+    /// Reads the next token as it stands, whatever it is; false at the end of the line.
+    bool nextWord(QStringView& word);
 
     /// Reads the number that the whole text is, exactly as QString::toDouble() does; false if it is none, and
     /// the number is then undefined.
