@@ -18,12 +18,16 @@ CommandLine CommandLine::fromArguments(const QCoreApplication& application)
                                   QStringLiteral("name"));
     const QCommandLineOption baud(QStringLiteral("baud"), QStringLiteral("Baud rate, 115200 unless given."),
                                   QStringLiteral("rate"));
+    const QCommandLineOption record(QStringLiteral("record"),
+                                    QStringLiteral("Start recording once the port is open."));
+    const QCommandLineOption play(QStringLiteral("play"), QStringLiteral("Recording to replay at start."),
+                                  QStringLiteral("file"));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Live dashboard for what a device prints over a serial port."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({project, definitions, layout, port, baud});
+    parser.addOptions({project, definitions, layout, port, baud, record, play});
     parser.process(application);
 
     // An option with an empty value was asked for all the same; it is reported as not usable.
@@ -35,6 +39,8 @@ CommandLine CommandLine::fromArguments(const QCoreApplication& application)
     wanted.definitionsFile = value(definitions);
     wanted.layoutFile = value(layout);
     wanted.portName = value(port);
+    wanted.playFile = value(play);
+    wanted.record = parser.isSet(record);
     const QStringList strays = parser.positionalArguments();
     for (const QString& stray : strays)
         wanted.problems.append(QCoreApplication::translate("CommandLine", "Not an option: %1").arg(stray));

@@ -14,6 +14,8 @@ struct CommandLine
     std::optional<QString> definitionsFile;
     std::optional<QString> layoutFile;
     std::optional<QString> portName;
+    std::optional<QString> playFile;
+    bool record = false;  ///< record as soon as the port is open
     int baudRate = 0;     ///< bits per second; 0 when not given or not usable
     QStringList problems; ///< what could not be understood, a line each for the user
 

@@ -20,19 +20,19 @@ ExportToolBar::ExportToolBar(QWidget* parent)
     m_useRecordingDefinitions = new QCheckBox(tr("Use recording’s definitions"), this);
     m_useRecordingDefinitions->setToolTip(
         tr("If checked, playback uses the signal definitions saved with the recording (if available)."));
-    m_useRecordingDefinitions->setEnabled(false);
     addWidget(m_useRecordingDefinitions);
 }
 
 void ExportToolBar::setupPlayback()
 {
     m_record = addIconAction(QStringLiteral(":/icons/record.png"), tr("Record"),
-                             tr("Record what the device prints"));
-    m_record->setEnabled(false);
+                             tr("Record what the device prints (Ctrl+Shift+R)"));
+    m_record->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_R);
     m_stop = addIconAction(QStringLiteral(":/icons/stop.png"), tr("Stop"), tr("Stop"));
     m_stop->setShortcut(Qt::CTRL | Qt::Key_Period);
-    m_play = addIconAction(QStringLiteral(":/icons/play.png"), tr("Play"), tr("Replay the chosen recording"));
-    m_play->setEnabled(false);
+    m_play = addIconAction(QStringLiteral(":/icons/play.png"), tr("Play"),
+                           tr("Replay the chosen recording (Ctrl+Shift+P)"));
+    m_play->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_P);
     auto* label = new QLabel(tr("Speed:"), this);
     addWidget(label);
     m_speed = new QDoubleSpinBox(this);
@@ -42,7 +42,6 @@ void ExportToolBar::setupPlayback()
     m_speed->setValue(1.0);
     m_speed->setToolTip(tr("Speed of the replay; 1 is real time"));
     m_speed->setAccessibleName(tr("Replay speed"));
-    m_speed->setEnabled(false);
     label->setBuddy(m_speed);
     addWidget(m_speed);
 }
@@ -56,7 +55,6 @@ void ExportToolBar::setupExport()
     const auto addExport = [this, box, layout](const QString& text, const QString& toolTip) {
         auto* action = new QAction(QIcon(QStringLiteral(":/icons/export.png")), text, this);
         action->setToolTip(toolTip);
-        action->setEnabled(false);
         auto* button = new QToolButton(box);
         button->setDefaultAction(action);
         button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
@@ -70,9 +68,10 @@ void ExportToolBar::setupExport()
     addWidget(box);
 }
 
-void ExportToolBar::showPause(bool pause)
+void ExportToolBar::showPlaying(bool playing)
 {
-    m_stop->setIcon(pause ? m_pauseIcon : m_stopIcon);
-    m_stop->setText(pause ? tr("Pause") : tr("Stop"));
-    m_stop->setToolTip(pause ? tr("Pause playback") : tr("Stop"));
+    m_stop->setIcon(playing ? m_pauseIcon : m_stopIcon);
+    m_stop->setText(playing ? tr("Pause") : tr("Stop"));
+    m_stop->setToolTip(playing ? tr("Pause playback") : tr("Stop"));
+    m_play->setEnabled(!playing);
 }

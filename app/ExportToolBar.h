@@ -7,7 +7,7 @@
 class QCheckBox;
 class QDoubleSpinBox;
 
-// The second toolbar: recording, replay and export. What needs a recorder or a recording is disabled.
+// The second toolbar: recording, replay and export.
 class ExportToolBar : public CompactToolBar
 {
     Q_OBJECT
@@ -15,9 +15,16 @@ class ExportToolBar : public CompactToolBar
 public:
     explicit ExportToolBar(QWidget* parent);
 
+    QAction* recordAction() const { return m_record; }
     QAction* stopAction() const { return m_stop; }
-    /// What the Stop action does next: pause a replay, or stop.
-    void showPause(bool pause);
+    QAction* playAction() const { return m_play; }
+    QDoubleSpinBox* speedBox() const { return m_speed; }
+    QAction* exportSignalsAction() const { return m_exportSignals; }
+    QAction* exportEventsAction() const { return m_exportEvents; }
+    QCheckBox* recordingDefinitionsBox() const { return m_useRecordingDefinitions; }
+
+    /// While a replay runs Stop pauses it, and there is nothing to play.
+    void showPlaying(bool playing);
 
 private:
     void setupPlayback();

@@ -2,11 +2,11 @@
 
 #include "app/CompactToolBar.h"
 
+class ClickableLabel;
 class QLabel;
 class QSlider;
 
-// The third toolbar: the chosen recording and the position in it. Disabled as long as there is nothing to
-// replay with.
+// The third toolbar: the chosen recording and the position in it.
 class IoToolBar : public CompactToolBar
 {
     Q_OBJECT
@@ -14,8 +14,12 @@ class IoToolBar : public CompactToolBar
 public:
     explicit IoToolBar(QWidget* parent);
 
+    ClickableLabel* fileLabel() const { return m_fileLabel; }
+    QSlider* positionSlider() const { return m_position; }
+    QLabel* timeLabel() const { return m_timeLabel; }
+
 private:
-    QLabel* m_fileLabel;
+    ClickableLabel* m_fileLabel;
     QSlider* m_position;
     QLabel* m_timeLabel;
 };

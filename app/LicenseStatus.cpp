@@ -4,6 +4,7 @@
 #include "licensing/LicenseCheck.h"
 
 #include <QMessageBox>
+#include <QTimer>
 
 LicenseStatus::LicenseStatus(ControlsToolBar* chip, QWidget* dialogParent)
     : QObject(dialogParent)
@@ -26,6 +27,16 @@ void LicenseStatus::setCheck(LicenseCheck* check)
 bool LicenseStatus::isLicensed() const { return m_check && m_check->isLicensed(); }
 
 void LicenseStatus::show() const { QMessageBox::information(m_dialogParent, tr("License"), text()); }
+
+bool LicenseStatus::allowsExport() const
+{
+    if (isLicensed())
+        return true;
+    QMessageBox::information(m_dialogParent, tr("Export CSV"),
+                             tr("Export is a licensed feature.\nBuy or enter a license key."));
+    QTimer::singleShot(0, this, &LicenseStatus::show);
+    return false;
+}
 
 QString LicenseStatus::text() const { return m_check ? m_check->statusText() : tr("Unknown license status"); }
 

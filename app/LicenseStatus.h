@@ -9,7 +9,7 @@ class LicenseCheck;
 class QWidget;
 
 // What the window knows and shows of the licence: yes or no, the chip on the toolbar, and a box with the same
-// text. It refuses nothing by itself.
+// text.
 class LicenseStatus : public QObject
 {
     Q_OBJECT
@@ -22,6 +22,8 @@ public:
     void setCheck(LicenseCheck* check);
     bool isLicensed() const;
     void show() const;
+    /// Whether signals may be exported; when not, a box says so and the licence's own one follows it.
+    [[nodiscard]] bool allowsExport() const;
 
 private:
     QString text() const;

@@ -15,6 +15,7 @@
 namespace {
 
 const QString kDefinitionsName = QStringLiteral("dashboard_signals.def");
+constexpr int kMessageMs = 3000;
 const QString kApplication = QStringLiteral("Sigvane");
 const QString kProjectDirKey = QStringLiteral("projectDir");
 // Two stores on purpose: the prompt's own one forgets its folder at every start, the other one keeps the last
@@ -57,7 +58,8 @@ bool ProjectFolder::open(const QString& dir)
     m_definitionsFile = file(kDefinitionsName); // also when it does not load: a reload tries it again
     if (!loadDefinitions(m_definitionsFile))
         return false;
-    Q_EMIT opened(m_path);
+    Q_EMIT statusMessage(tr("Project: %1").arg(m_path), kMessageMs);
+    showTitle(m_path);
     return true;
 }
 
@@ -74,8 +76,41 @@ bool ProjectFolder::loadDefinitions(const QString& path)
         return false;
     }
     m_definitionsFile = QFileInfo(path).absoluteFilePath();
+    showTitle(m_definitionsFile);
     m_definitions->setProject(std::move(catalogue));
     return true;
+}
+
+bool ProjectFolder::reloadDefinitions()
+{
+    if (m_definitionsFile.isEmpty()) {
+        Q_EMIT statusMessage(tr("No definitions to reload: open a project first."), kMessageMs);
+        return false;
+    }
+    if (!loadDefinitions(m_definitionsFile))
+        return false;
+    if (!m_path.isEmpty() && m_definitionsFile == file(kDefinitionsName))
+        showTitle(m_path);
+    Q_EMIT statusMessage(tr("Definitions reloaded: %1").arg(m_definitionsFile), kMessageMs);
+    return true;
+}
+
+void ProjectFolder::showTitle(const QString& path) { Q_EMIT titleChanged(tr("Sigvane — %1").arg(path)); }
+
+QStringList ProjectFolder::openWanted(const std::optional<QString>& dir,
+                                      const std::optional<QString>& definitions)
+{
+    if (dir)
+        return open(*dir) ? QStringList() : QStringList(tr("Not a usable project: %1").arg(*dir));
+    if (!definitions)
+        return {};
+    const bool opened = open(QFileInfo(*definitions).absolutePath());
+    const bool loaded = loadDefinitions(*definitions);
+    ensureSubdirs();
+    if (!loaded)
+        return {tr("Not a usable definitions file: %1").arg(*definitions)};
+    return opened ? QStringList()
+                  : QStringList(tr("Not a project, only its definitions were loaded: %1").arg(*definitions));
 }
 
 void ProjectFolder::choose()

@@ -2,6 +2,9 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
+
+#include <optional>
 
 class ActiveDefinitions;
 class QWidget;
@@ -33,6 +36,12 @@ public:
     /// Makes the file the project's definitions. False after a box that says why; the ones before stay
     /// active.
     bool loadDefinitions(const QString& path);
+    /// Reads the definitions file again. False, with a box or a message, when there is none or it does not
+    /// load.
+    bool reloadDefinitions();
+    /// Opens what the command line names, where a project counts more than a definitions file. Says what of
+    /// it cannot be used, a line each.
+    QStringList openWanted(const std::optional<QString>& dir, const std::optional<QString>& definitions);
     /// Lets the user pick a folder and opens it.
     void choose();
     /// The project choice at start-up.
@@ -46,12 +55,14 @@ Q_SIGNALS:
     void aboutToOpen();
     /// This folder is the project's now, also when its definitions cannot be loaded.
     void pathChanged(const QString& path);
-    void opened(const QString& dir);
+    void titleChanged(const QString& windowTitle);
+    void statusMessage(const QString& text, int milliseconds);
     /// The user does not want any project.
     void refused();
 
 private:
     QString pickFolder() const;
+    void showTitle(const QString& path);
     void warn(const QString& title, const QString& text) const;
 
     ActiveDefinitions* m_definitions;

@@ -1,12 +1,16 @@
 #include "app/Sigvane.h"
 
+#include "app/ClickableLabel.h"
 #include "app/CommandLine.h"
 #include "app/ConnectionStatus.h"
 #include "app/ControlsToolBar.h"
+#include "app/EventRouting.h"
 #include "app/ExportToolBar.h"
 #include "app/IoToolBar.h"
 #include "app/LicenseStatus.h"
 #include "app/ProjectFolder.h"
+#include "app/RecordingControl.h"
+#include "app/RecordingStatus.h"
 #include "app/SerialControls.h"
 #include "app/StatusLine.h"
 #include "app/ValueRouter.h"
@@ -17,14 +21,15 @@
 #include "canvas/LayoutFile.h"
 #include "canvas/Plots.h"
 #include "canvas/StackingOrder.h"
+#include "playback/CsvExportFlow.h"
+#include "playback/PlaybackController.h"
+#include "playback/SignalPlaybackEngine.h"
+#include "playback/SignalRecorder.h"
 #include "serial/SerialManager.h"
-#include "widgets/DashboardWidget.h"
-#include "widgets/DashboardWidgetFactory.h"
-#include "widgets/StateIndicatorWidget.h"
 
+#include <QCloseEvent>
 #include <QDebug>
 #include <QEvent>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -32,14 +37,11 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include <cstdio>
+#include <utility>
 
 namespace {
 
-constexpr int kProjectMessageMs = 3000;
 constexpr QSize kInitialSize(1440, 900);
-constexpr int kNewWidgetSide = 250;
-constexpr int kNewWidgetPosition = 100;
 
 } // namespace
 
@@ -51,11 +53,13 @@ Sigvane::Sigvane(QWidget* parent)
     setWindowIcon(QIcon(QStringLiteral(":/icons/sigvane.png")));
     resize(kInitialSize.boundedTo(screen()->availableSize()));
     setupCanvas();
+    setupRecorder();
     setupStatusBar();
     setupToolBars();
+    setupPlayback();
     setupProject();
     setupMenus();
-    setCanvasDesignMode(false);
+    m_scene->setDesignMode(false);
     m_palette->setEnabled(false);
     updateStatusLabel(m_mode);
     updateStopActionUi();
@@ -65,12 +69,14 @@ Sigvane::~Sigvane()
 {
     // The parts that listen to the serial port go before it; the port may still report while it closes.
     disconnect(m_serial, nullptr, nullptr, nullptr);
+    m_recorder->stop();
 }
 
 void Sigvane::setupCanvas()
 {
     m_scene = new DesignScene(this);
     m_router = new ValueRouter(m_scene, &m_definitions, this);
+    m_routing = new EventRouting(m_router, m_scene, this);
     m_palette = new WidgetPalette(this);
     connect(m_palette, &WidgetPalette::widgetRequested, this, &Sigvane::addWidget);
 
@@ -85,9 +91,20 @@ void Sigvane::setupCanvas()
     setCentralWidget(central);
 }
 
+void Sigvane::setupRecorder()
+{
+    m_serial = new SerialManager(this);
+    m_recorder = new SignalRecorder(this);
+    m_recording = new RecordingControl(m_recorder, m_serial, m_scene, this);
+}
+
 void Sigvane::setupStatusBar()
 {
     m_status = new StatusLine(statusBar());
+    auto* recording = new RecordingStatus(m_recorder, this);
+    statusBar()->addPermanentWidget(recording);
+    connect(m_recording, &RecordingControl::changed, recording, &RecordingStatus::refresh);
+    connect(m_recording, &RecordingControl::statusMessage, m_status, &StatusLine::showMessage);
     m_connection = new ConnectionStatus(this);
     statusBar()->addPermanentWidget(m_connection);
 }
@@ -100,14 +117,19 @@ void Sigvane::setupToolBars()
     addToolBarBreak();
     addToolBar(m_export);
     addToolBarBreak();
-    addToolBar(new IoToolBar(this));
+    m_io = new IoToolBar(this);
+    addToolBar(m_io);
 
     connect(m_controls->designAction(), &QAction::triggered, this, &Sigvane::designButton);
     connect(m_controls->saveAction(), &QAction::triggered, this, &Sigvane::saveButton);
     connect(m_controls->loadAction(), &QAction::triggered, this, &Sigvane::loadButton);
+    connect(m_export->recordAction(), &QAction::triggered, this, &Sigvane::recordButton);
     connect(m_export->stopAction(), &QAction::triggered, this, &Sigvane::stopButton);
+    connect(m_export->playAction(), &QAction::triggered, this, &Sigvane::playButton);
+    connect(m_export->exportSignalsAction(), &QAction::triggered, this, &Sigvane::exportButton);
+    connect(m_export->exportEventsAction(), &QAction::triggered, this, &Sigvane::exportEventsButton);
+    connect(m_io->fileLabel(), &ClickableLabel::clicked, this, &Sigvane::selectPlaybackFile);
 
-    m_serial = new SerialManager(this);
     setupSerialUi();
     connectSerialSignals();
     m_serial->refreshPorts();
@@ -123,23 +145,40 @@ void Sigvane::setupSerialUi()
     connect(m_serialControls, &SerialControls::lost, m_connection, &ConnectionStatus::showLost);
     connect(m_serialControls, &SerialControls::opened, m_status, &StatusLine::dropNotice);
     connect(m_serialControls, &SerialControls::statusMessage, m_status, &StatusLine::showMessage);
-    connect(m_serialControls, &SerialControls::lost, this,
-            [this] { m_status->showNotice(tr("The device is gone. Press Connect when it is back.")); });
+    connect(m_serialControls, &SerialControls::lost, this, [this] {
+        if (m_recorder->isRecording())
+            setMode(Idle);
+        m_status->showNotice(tr("The device is gone. Press Connect when it is back."));
+    });
 }
 
 void Sigvane::connectSerialSignals()
 {
     connect(m_serial, &SerialManager::rawLineReceived, m_connection, &ConnectionStatus::countLine);
-    connect(m_serial, &SerialManager::lineParsed, this,
-            [this](double, const QMap<QString, double>& values) { m_router->routeLiveValues(values); });
-    connect(
-        m_serial, &SerialManager::stateParsed, this,
-        [this](double, const QString& group, const QString& state) { m_router->routeState(group, state); });
-    connect(m_serial, &SerialManager::errorParsed, m_router, &ValueRouter::routeError);
-    connect(m_serial, &SerialManager::unrecognizedParsed, m_router, &ValueRouter::routeMessage);
+    m_routing->connectSerial(m_serial, m_recorder);
     connect(m_serial, &SerialManager::errorOccurred, this, [this](const QString& message) {
         m_connection->showError(m_serial->portName(), message, m_serial->lastError());
     });
+}
+
+void Sigvane::setupPlayback()
+{
+    m_engine = new SignalPlaybackEngine(this);
+    m_routing->connectReplay(m_engine);
+    connect(m_routing, &EventRouting::playbackFinished, this, [this] { setMode(Idle); });
+    const PlaybackController::Controls controls{m_io->positionSlider(), m_io->fileLabel(), m_io->timeLabel(),
+                                                m_export->speedBox(), m_export->recordingDefinitionsBox()};
+    m_playback = new PlaybackController(m_engine, m_scene, &m_definitions, controls, this);
+    connect(m_playback, &PlaybackController::playRequested, this, &Sigvane::playButton);
+    connect(m_playback, &PlaybackController::idleRequested, this, [this] {
+        if (!m_nextMode) // what the user asked for meanwhile counts
+            setMode(Idle);
+    });
+    connect(m_playback, &PlaybackController::reapplyRequested, this,
+            &Sigvane::reapplyMappingsToCurrentValues);
+    connect(m_playback, &PlaybackController::statusMessage, m_status, &StatusLine::showMessage);
+    m_csvExport = new CsvExportFlow(&m_definitions, this);
+    connect(m_csvExport, &CsvExportFlow::statusMessage, m_status, &StatusLine::showMessage);
 }
 
 void Sigvane::setupProject()
@@ -147,11 +186,12 @@ void Sigvane::setupProject()
     m_project = new ProjectFolder(&m_definitions, this);
     connect(&m_definitions, &ActiveDefinitions::projectChanged, this, &Sigvane::onProjectChanged);
     connect(m_project, &ProjectFolder::pathChanged, m_scene, &DesignScene::setProjectFolder);
+    connect(m_project, &ProjectFolder::pathChanged, m_playback, &PlaybackController::setProjectFolder);
+    connect(m_project, &ProjectFolder::pathChanged, this,
+            [this] { m_csvExport->setExportFolder(projFile(QStringLiteral("exports"))); });
     connect(m_project, &ProjectFolder::aboutToOpen, this, [this] { setMode(Idle); });
-    connect(m_project, &ProjectFolder::opened, this, [this](const QString& dir) {
-        m_status->showMessage(tr("Project: %1").arg(dir), kProjectMessageMs);
-        setWindowTitle(tr("Sigvane — %1").arg(dir));
-    });
+    connect(m_project, &ProjectFolder::titleChanged, this, &QWidget::setWindowTitle);
+    connect(m_project, &ProjectFolder::statusMessage, m_status, &StatusLine::showMessage);
     connect(m_project, &ProjectFolder::refused, this,
             [this] { QTimer::singleShot(0, this, &QWidget::close); });
 }
@@ -174,14 +214,30 @@ void Sigvane::setLicenseCheck(LicenseCheck* check) { m_license->setCheck(check);
 
 void Sigvane::setMode(Mode mode)
 {
+    m_engine->cancelLoading(); // a loading runs the event loop, from which this may come
+    if (m_changingMode) {
+        m_nextMode = mode;
+        return;
+    }
+    m_changingMode = true;
+    changeMode(mode);
+    while (m_nextMode)
+        changeMode(*std::exchange(m_nextMode, std::nullopt));
+    m_changingMode = false;
+}
+
+void Sigvane::changeMode(Mode mode)
+{
     if (mode == m_mode) {
         updateStatusLabel(mode);
         return;
     }
     leaveMode(m_mode);
+    // A mode that refuses leaves only the old one's number: what it ended stays ended.
     if (enterMode(mode))
         m_mode = mode;
     m_router->setLive(m_mode != Play && m_mode != Pause);
+    m_playback->setPlayMode(m_mode == Play);
     updateStatusLabel(m_mode);
     updateStopActionUi();
 }
@@ -192,6 +248,8 @@ void Sigvane::leaveMode(Mode mode)
         exitDesignMode();
     else if (mode == Play)
         exitPlayMode();
+    else if (mode == Record)
+        exitRecordMode();
 }
 
 bool Sigvane::enterMode(Mode mode)
@@ -203,22 +261,22 @@ bool Sigvane::enterMode(Mode mode)
     case Idle:
         enterIdleMode();
         return true;
-    case Record: // there is no recorder to enter it with
-        return false;
+    case Record:
+        return enterRecordMode();
     case Play:
         enterPlayMode();
         return true;
     case Pause:
-        return true;
+        break;
     }
-    return false;
+    return true;
 }
 
 void Sigvane::enterDesignMode()
 {
     qDebug("Design mode started");
     m_palette->setEnabled(true);
-    setCanvasDesignMode(true);
+    m_scene->setDesignMode(true);
     m_definitions.discardRecording();
 }
 
@@ -226,61 +284,79 @@ void Sigvane::exitDesignMode()
 {
     qDebug("Design mode ended");
     m_palette->setEnabled(false);
-    setCanvasDesignMode(false);
+    m_scene->setDesignMode(false);
     setExternalTimeEnabled(*m_scene, false);
 }
 
-// The first replayed frame brings the trend plots their time; until then they follow the clock.
+bool Sigvane::enterRecordMode()
+{
+    if (m_recorder->isRecording() || !startRecording())
+        return false;
+    qDebug("Record mode started");
+    setExternalTimeEnabled(*m_scene, false);
+    clearErrorConsoles();
+    return true;
+}
+
+void Sigvane::exitRecordMode()
+{
+    stopRecording(true);
+    qDebug("Record mode ended");
+}
+
+bool Sigvane::startRecording() { return m_recording->start(projectDir()); }
+
+void Sigvane::stopRecording(bool reloadForPlayback)
+{
+    const QString path = m_recording->stop();
+    if (reloadForPlayback && !path.isEmpty())
+        m_playback->showRecorded(path);
+}
+
+// The mode becomes Play also without a recording, after the box that says so.
 void Sigvane::enterPlayMode()
 {
     qDebug("Play mode started");
-    setExternalTimeEnabled(*m_scene, false);
+    m_playback->enterPlay();
 }
 
-void Sigvane::exitPlayMode() { qDebug("Play mode ended"); }
+void Sigvane::exitPlayMode()
+{
+    qDebug("Play mode ended");
+    m_playback->leavePlay();
+}
 
 void Sigvane::enterIdleMode()
 {
     qDebug("Idle mode started");
+    m_playback->enterIdle();
     clearData();
-    setExternalTimeEnabled(*m_scene, false);
-}
-
-void Sigvane::setCanvasDesignMode(bool on)
-{
-    m_scene->setDesignMode(on);
-    const QList<DashboardItem*> items = m_scene->dashboardItems();
-    for (DashboardItem* item : items)
-        item->setDesignMode(on);
 }
 
 void Sigvane::updateStatusLabel(Mode mode)
 {
-    switch (mode) {
-    case Design:
-        m_status->showMode(tr("Design Mode"));
-        break;
-    case Record:
-        m_status->showMode(tr("Recording..."));
-        break;
-    case Play:
-        m_status->showMode(tr("Playing..."));
-        break;
-    case Pause:
-        m_status->showMode(tr("Pause..."));
-        break;
-    case Idle:
-        m_status->showMode(tr("Idle"));
-        break;
-    }
+    const QString texts[] = {tr("Design Mode"), tr("Recording..."), tr("Playing..."), tr("Pause..."),
+                             tr("Idle")};
+    m_status->showMode(texts[mode]);
 }
 
 // Menus send an empty status tip when they open and close, which would wipe the status bar.
 bool Sigvane::event(QEvent* event) { return event->type() == QEvent::StatusTip || QMainWindow::event(event); }
 
-void Sigvane::updateStopActionUi() { m_export->showPause(m_mode == Play); }
+void Sigvane::closeEvent(QCloseEvent* event)
+{
+    m_engine->cancelLoading();
+    stopRecording(false);
+    QMainWindow::closeEvent(event);
+}
+
+void Sigvane::updateStopActionUi() { m_export->showPlaying(m_mode == Play); }
 
 void Sigvane::designButton() { setMode(m_mode == Design ? Idle : Design); }
+
+void Sigvane::recordButton() { setMode(Record); }
+
+void Sigvane::playButton() { setMode(Play); }
 
 void Sigvane::stopButton()
 {
@@ -323,16 +399,8 @@ void Sigvane::addWidget(const QString& typeName)
             tr("In the unlicensed version you can add up to %1 widgets.").arg(kUnlicensedWidgets));
         return;
     }
-    DashboardWidget* widget = DashboardWidgetFactory::instance().create(typeName);
-    if (!widget)
-        return;
-    auto* item = new DashboardItem(widget);
-    const qreal z = items.isEmpty() ? 1.0 : items.first()->zValue() + 1.0;
-    m_scene->addItem(item);
-    item->resize(QSizeF(kNewWidgetSide, kNewWidgetSide));
-    item->setPos(kNewWidgetPosition, kNewWidgetPosition);
-    item->setZValue(z);
-    item->setDesignMode(m_mode == Design);
+    if (DashboardItem* item = m_scene->addNewWidget(typeName))
+        item->setDesignMode(m_mode == Design);
 }
 
 // --- Values ------------------------------------------------------------------------------------------------
@@ -357,6 +425,24 @@ void Sigvane::clearData() { clearPlots(*m_scene); }
 
 double Sigvane::dominantTrendWindowSeconds() const { return ::dominantTrendWindowSeconds(*m_scene); }
 
+// --- Replay and export
+// ---------------------------------------------------------------------------------------
+
+void Sigvane::selectPlaybackFile() { m_playback->selectPlaybackFile(); }
+
+void Sigvane::startPlayback(const QString& path) { m_playback->startPlayback(path); }
+
+void Sigvane::exportButton()
+{
+    if (m_license->allowsExport())
+        m_csvExport->exportSignals(m_playback->recordingToExport(tr("Export CSV")));
+}
+
+void Sigvane::exportEventsButton()
+{
+    m_csvExport->exportEvents(m_playback->recordingToExport(tr("Export Events CSV")));
+}
+
 // --- Project -----------------------------------------------------------------------------------------------
 
 bool Sigvane::isValidProjectDir(const QString& dir) const { return ProjectFolder::isValid(dir); }
@@ -379,66 +465,36 @@ void Sigvane::showProjectIntroAndPrompt() { m_project->showIntroAndPrompt(); }
 
 void Sigvane::reloadDefinitions()
 {
-    const QString path = m_project->definitionsFile();
-    if (path.isEmpty()) {
-        m_status->showMessage(tr("No definitions to reload: open a project first."), kProjectMessageMs);
-        return;
-    }
-    if (!loadSignalsDef(path))
-        return;
-    if (!projectDir().isEmpty() && path == m_project->file(QStringLiteral("dashboard_signals.def")))
-        setWindowTitle(tr("Sigvane — %1").arg(projectDir()));
-    reapplyMappingsToCurrentValues();
-    m_status->showMessage(tr("Definitions reloaded: %1").arg(path), kProjectMessageMs);
+    if (m_project->reloadDefinitions())
+        reapplyMappingsToCurrentValues();
 }
 
 void Sigvane::onProjectChanged()
 {
-    const QList<StateIndicatorWidget*> indicators = m_scene->widgetsOfType<StateIndicatorWidget>(false);
-    for (StateIndicatorWidget* indicator : indicators)
-        indicator->refreshGroupDisplayFromParser();
-    const QList<DashboardWidget*> widgets = m_scene->widgetsOfType<DashboardWidget>(false);
-    for (DashboardWidget* widget : widgets)
-        widget->update();
-    const QString path = m_project->definitionsFile();
-    setWindowTitle(tr("Sigvane — %1").arg(path));
-    Q_EMIT signalsDefChanged(path);
+    m_scene->showNewDefinitions();
+    Q_EMIT signalsDefChanged(m_project->definitionsFile());
 }
 
 void Sigvane::startWith(const CommandLine& wanted)
 {
     QStringList problems = wanted.problems;
-    if (wanted.projectDir) {
-        if (!setProjectDir(*wanted.projectDir))
-            problems.append(tr("Not a usable project: %1").arg(*wanted.projectDir));
-    } else if (wanted.definitionsFile) {
-        const QString& path = *wanted.definitionsFile;
-        const bool opened = setProjectDir(QFileInfo(path).absolutePath());
-        if (!loadSignalsDef(path))
-            problems.append(tr("Not a usable definitions file: %1").arg(path));
-        else if (!opened)
-            problems.append(tr("Not a project, only its definitions were loaded: %1").arg(path));
-        ensureProjectSubdirs();
-    } else {
+    if (wanted.projectDir || wanted.definitionsFile)
+        problems += m_project->openWanted(wanted.projectDir, wanted.definitionsFile);
+    else
         loadLastProjectOrPrompt();
-    }
     if (wanted.layoutFile) {
         const QString problem = LayoutFile(this, m_scene).loadFrom(*wanted.layoutFile);
         if (!problem.isEmpty())
             problems.append(tr("%1 %2").arg(problem, *wanted.layoutFile));
     }
+    if (wanted.record)
+        connect(m_serialControls, &SerialControls::opened, this, &Sigvane::recordButton,
+                Qt::SingleShotConnection);
     if (wanted.baudRate > 0)
         m_serialControls->setBaudRate(wanted.baudRate);
     if (wanted.portName && !m_serialControls->openPort(*wanted.portName))
         problems.append(tr("Could not open the port %1").arg(*wanted.portName));
-    reportProblems(problems);
-}
-
-void Sigvane::reportProblems(const QStringList& problems)
-{
-    if (problems.isEmpty())
-        return;
-    for (const QString& problem : problems)
-        std::fprintf(stderr, "sigvane: %s\n", qPrintable(problem));
-    m_status->showNotice(problems.join(QStringLiteral("  ·  ")));
+    m_status->reportProblems(problems);
+    if (wanted.playFile) // from the event loop, when the window is there
+        QTimer::singleShot(0, this, [this, path = *wanted.playFile] { startPlayback(path); });
 }

@@ -4,16 +4,25 @@
 
 #include <QMainWindow>
 
+#include <optional>
+
 class ConnectionStatus;
 class ControlsToolBar;
+class CsvExportFlow;
 class DesignScene;
+class EventRouting;
 class ExportToolBar;
+class IoToolBar;
 class LicenseCheck;
 class LicenseStatus;
+class PlaybackController;
 class ProjectFolder;
 class QGraphicsScene;
+class RecordingControl;
 class SerialControls;
 class SerialManager;
+class SignalPlaybackEngine;
+class SignalRecorder;
 class StatusLine;
 class ValueRouter;
 class WidgetPalette;
@@ -45,6 +54,9 @@ public:
     DesignScene* scene() const { return m_scene; }
     SerialManager* serial() const { return m_serial; }
     ValueRouter* router() const { return m_router; }
+    SignalPlaybackEngine* playbackEngine() const { return m_engine; }
+    PlaybackController* playback() const { return m_playback; }
+    const SignalRecorder* recorder() const { return m_recorder; }
 
     bool isValidProjectDir(const QString& dir) const;
     QString projectDir() const;
@@ -66,12 +78,24 @@ public:
 
     static void normalizeZOrder(QGraphicsScene* scene);
 
+    /// Begins a recording in the project. False after a box that says why.
+    [[nodiscard]] bool startRecording();
+    /// Ends the recording as a whole file; with reloadForPlayback it becomes the chosen one.
+    void stopRecording(bool reloadForPlayback);
+
 public Q_SLOTS:
     /// Leaves the mode first and then tries to enter the new one, which may refuse: the old one has been left
-    /// by then, and only its number stays.
+    /// by then, and only its number stays. A loading that is under way ends. Asked while another change
+    /// is under way (from a box or a loading), it follows when that is done.
     void setMode(Sigvane::Mode mode);
     void designButton();
+    void recordButton();
+    void playButton();
     void stopButton();
+    void exportButton();
+    void exportEventsButton();
+    void selectPlaybackFile();
+    void startPlayback(const QString& path);
     void saveButton();
     void loadButton();
     void saveLayout();
@@ -87,40 +111,53 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void setupToolBars();
     void setupSerialUi();
     void setupCanvas();
     void setupStatusBar();
+    void setupRecorder();
+    void setupPlayback();
     void setupProject();
     void setupMenus();
     void connectSerialSignals();
 
+    void changeMode(Mode mode);
     void leaveMode(Mode mode);
     [[nodiscard]] bool enterMode(Mode mode);
     void enterDesignMode();
     void exitDesignMode();
+    [[nodiscard]] bool enterRecordMode();
+    void exitRecordMode();
     void enterPlayMode();
     void exitPlayMode();
     void enterIdleMode();
-    void setCanvasDesignMode(bool on);
     void updateStatusLabel(Mode mode);
     void updateStopActionUi();
 
     void onProjectChanged();
     QString layoutsDir() const;
-    void reportProblems(const QStringList& problems);
 
     ActiveDefinitions m_definitions;
     Mode m_mode = Idle;
+    bool m_changingMode = false;
+    std::optional<Mode> m_nextMode; ///< asked for during a change
     SerialManager* m_serial = nullptr;
     SerialControls* m_serialControls = nullptr;
     ControlsToolBar* m_controls = nullptr;
     ExportToolBar* m_export = nullptr;
+    IoToolBar* m_io = nullptr;
+    SignalRecorder* m_recorder = nullptr;
+    RecordingControl* m_recording = nullptr;
+    SignalPlaybackEngine* m_engine = nullptr;
+    PlaybackController* m_playback = nullptr;
+    CsvExportFlow* m_csvExport = nullptr;
     WidgetPalette* m_palette = nullptr;
     DesignScene* m_scene = nullptr;
     ValueRouter* m_router = nullptr;
+    EventRouting* m_routing = nullptr;
     ProjectFolder* m_project = nullptr;
     ConnectionStatus* m_connection = nullptr;
     LicenseStatus* m_license = nullptr;

@@ -2,6 +2,8 @@
 
 #include <QStatusBar>
 
+#include <cstdio>
+
 StatusLine::StatusLine(QStatusBar* bar)
     : QObject(bar)
     , m_bar(bar)
@@ -24,6 +26,15 @@ void StatusLine::showNotice(const QString& text)
 {
     m_notice = text;
     m_bar->showMessage(text, 0);
+}
+
+void StatusLine::reportProblems(const QStringList& problems)
+{
+    if (problems.isEmpty())
+        return;
+    for (const QString& problem : problems)
+        std::fprintf(stderr, "sigvane: %s\n", qPrintable(problem));
+    showNotice(problems.join(QStringLiteral("  ·  ")));
 }
 
 void StatusLine::dropNotice()

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 class QStatusBar;
 
@@ -19,6 +20,8 @@ public:
     /// milliseconds of 0 keep the message until the next one.
     void showMessage(const QString& text, int milliseconds);
     void showNotice(const QString& text);
+    /// Says what could not be done at start, as a notice and on standard error, a line each.
+    void reportProblems(const QStringList& problems);
     /// Back to the mode, if a notice is what is shown.
     void dropNotice();
 

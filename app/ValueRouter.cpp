@@ -5,8 +5,10 @@
 #include "definitions/ActiveDefinitions.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/ErrorConsoleWidget.h"
+#include "widgets/FileNumbers.h"
 #include "widgets/MessagesConsoleWidget.h"
 #include "widgets/StateIndicatorWidget.h"
+#include "widgets/TrendPlotWidget.h"
 
 #include <QDateTime>
 
@@ -27,15 +29,40 @@ ValueRouter::ValueRouter(DesignScene* scene, const ActiveDefinitions* definition
 
 void ValueRouter::routeLiveValues(const QMap<QString, double>& values)
 {
-    if (!m_live)
-        return;
-    const double now = wallClockSeconds();
+    if (m_live)
+        routeValues(wallClockSeconds(), values);
+}
+
+void ValueRouter::routeReplayedValues(double tSec, const QMap<QString, double>& values)
+{
+    routeValues(tSec, values);
+}
+
+void ValueRouter::routeReplayedTrends(double tSec, const QMap<QString, double>& values)
+{
+    ensureIndex();
+    const qint64 now = wholeMs(tSec * 1000.0);
+    const QList<TrendFeed> feeds = m_trendFeeds;
+    for (const TrendFeed& feed : feeds) {
+        feed.plot->setExternalTimeEnabled(true);
+        feed.plot->setExternalNowMs(now);
+        for (auto it = feed.routes.cbegin(); it != feed.routes.cend(); ++it) {
+            const auto value = values.constFind(it.key());
+            if (value != values.cend())
+                feed.plot->setValueForSignalAt(it.key(), mapped(m_routes[it.value()], *value), tSec);
+        }
+        feed.plot->trimToWindowEndingAt(now);
+    }
+}
+
+void ValueRouter::routeValues(double tSec, const QMap<QString, double>& values)
+{
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
         ensureIndex(); // a widget may have changed the canvas
         Signal& signal = m_signals[it.key()];
         signal.lastRaw = it.value();
         signal.cached = true;
-        deliver(signal, it.key(), it.value(), now);
+        deliver(signal, it.key(), it.value(), tSec);
     }
 }
 
@@ -132,11 +159,16 @@ void ValueRouter::deliver(const Signal& signal, const QString& name, double raw,
     if (signal.route < 0)
         return;
     const Route& route = m_routes[signal.route];
-    const double value = route.mapped ? route.offset + raw * route.scale : raw;
+    const double value = mapped(route, raw);
     // A copy (one counter): a widget may ask for another value, and that rebuild the index, from in here.
     const QList<DashboardWidget*> widgets = route.widgets;
     for (DashboardWidget* widget : widgets)
         widget->setValueForSignalAt(name, value, tSec);
+}
+
+double ValueRouter::mapped(const Route& route, double raw)
+{
+    return route.mapped ? route.offset + raw * route.scale : raw;
 }
 
 void ValueRouter::ensureIndex()
@@ -161,6 +193,15 @@ void ValueRouter::rebuildIndex()
             if (receivers.isEmpty() || receivers.last() != widget)
                 receivers.append(widget);
         }
+    }
+    m_trendFeeds.clear();
+    const QList<TrendPlotWidget*> plots = m_scene->widgetsOfType<TrendPlotWidget>(true);
+    for (TrendPlotWidget* plot : plots) {
+        TrendFeed feed{plot, {}};
+        const QList<QString> entries = plot->assignedSignalList();
+        for (const QString& entry : entries)
+            feed.routes.insert(canonical(entry), m_signals[canonical(entry)].route);
+        m_trendFeeds.append(feed);
     }
     m_stateIndicators = m_scene->widgetsOfType<StateIndicatorWidget>(true);
     m_errorConsoles = m_scene->widgetsOfType<ErrorConsoleWidget>(false);

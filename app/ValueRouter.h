@@ -12,6 +12,7 @@ class DesignScene;
 class ErrorConsoleWidget;
 class MessagesConsoleWidget;
 class StateIndicatorWidget;
+class TrendPlotWidget;
 
 // Brings every value, state, error and message, live or replayed, to the widgets that show it, in physical
 // units. It finds the widgets by an index from signal name to widgets that it rebuilds after the canvas or an
@@ -37,6 +38,10 @@ public:
     void updateSignalValueAt(const QString& name, double raw, double tSec);
     /// Sends every cached value again, in name order; called after the definitions changed.
     void reapplyMappingsToCurrentValues();
+    /// The values of a replayed frame to every widget that shows them, and to the cache. Live or not.
+    void routeReplayedValues(double tSec, const QMap<QString, double>& values);
+    /// The values of a replayed frame to the trend plots alone, which follow the replay's time from then on.
+    void routeReplayedTrends(double tSec, const QMap<QString, double>& values);
     /// The last raw value of every signal that was heard.
     QMap<QString, double> lastValues() const;
 
@@ -68,10 +73,19 @@ private:
         double scale = 1.0;
     };
 
+    /// One trend plot and the signals that it shows, in name order.
+    struct TrendFeed
+    {
+        TrendPlotWidget* plot = nullptr;
+        QMap<QString, int> routes; ///< indices into m_routes
+    };
+
+    void routeValues(double tSec, const QMap<QString, double>& values);
     void deliver(const Signal& signal, const QString& name, double raw, double tSec) const;
     void ensureIndex();
     void rebuildIndex();
     Route& routeTo(const QString& name);
+    static double mapped(const Route& route, double raw);
     Route newRoute(const QString& name) const;
 
     DesignScene* m_scene;
@@ -82,6 +96,7 @@ private:
     quint64 m_assignmentsRevision = 0;
     QHash<QString, Signal> m_signals;
     QList<Route> m_routes;
+    QList<TrendFeed> m_trendFeeds;
     QList<StateIndicatorWidget*> m_stateIndicators;
     QList<ErrorConsoleWidget*> m_errorConsoles;
     QList<MessagesConsoleWidget*> m_messageConsoles;

@@ -2,8 +2,10 @@
 
 #include "canvas/DashboardItem.h"
 #include "widgets/DashboardWidget.h"
+#include "widgets/DashboardWidgetFactory.h"
 #include "widgets/FileNumbers.h"
 #include "widgets/ProjectFolderAware.h"
+#include "widgets/StateIndicatorWidget.h"
 
 #include <QApplication>
 #include <QGraphicsSceneContextMenuEvent>
@@ -16,6 +18,8 @@ namespace {
 
 constexpr int kMaxCoordinate = 2'000'000;
 constexpr qreal kReachableMargin = 20.0;
+constexpr int kNewWidgetSide = 250;
+constexpr int kNewWidgetPosition = 100;
 
 int toCoordinate(qreal value) { return boundedInt(value, -kMaxCoordinate, kMaxCoordinate, 0); }
 
@@ -35,6 +39,9 @@ void DesignScene::setDesignMode(bool on)
 {
     m_designMode = on;
     invalidate();
+    const QList<DashboardItem*> all = dashboardItems();
+    for (DashboardItem* item : all)
+        item->setDesignMode(on);
 }
 
 void DesignScene::setProjectFolder(const QString& dir)
@@ -130,4 +137,29 @@ void DesignScene::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
     QMenu menu;
     menu.addAction(tr("Bring Outlying Widgets into View"), this, &DesignScene::bringOutlyingItemsIntoView);
     menu.exec(event->screenPos());
+}
+
+DashboardItem* DesignScene::addNewWidget(const QString& typeName)
+{
+    DashboardWidget* widget = DashboardWidgetFactory::instance().create(typeName);
+    if (!widget)
+        return nullptr;
+    auto* item = new DashboardItem(widget);
+    const QList<DashboardItem*> others = dashboardItems();
+    const qreal z = others.isEmpty() ? 1.0 : others.first()->zValue() + 1.0;
+    addItem(item);
+    item->resize(QSizeF(kNewWidgetSide, kNewWidgetSide));
+    item->setPos(kNewWidgetPosition, kNewWidgetPosition);
+    item->setZValue(z);
+    return item;
+}
+
+void DesignScene::showNewDefinitions()
+{
+    const QList<DashboardWidget*> all = widgets(false);
+    for (DashboardWidget* widget : all) {
+        if (auto* indicator = dynamic_cast<StateIndicatorWidget*>(widget))
+            indicator->refreshGroupDisplayFromParser();
+        widget->update();
+    }
 }

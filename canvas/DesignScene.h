@@ -21,7 +21,8 @@ public:
     explicit DesignScene(QObject* parent = nullptr);
     ~DesignScene() override;
 
-    /// Whether the grid is shown; the items are switched by their own setDesignMode().
+    /// Whether the grid is shown and the items can be arranged; those that come later are switched by whoever
+    /// adds them.
     bool isDesignMode() const { return m_designMode; }
     void setDesignMode(bool on);
 
@@ -34,6 +35,11 @@ public:
     QList<DashboardItem*> dashboardItems() const;
     /// The highest z value among the top-level dashboard items, at least 0.
     qreal highestZ() const;
+
+    /// Adds a widget of that type in front of all others; null for an unknown type.
+    DashboardItem* addNewWidget(const QString& typeName);
+    /// Lets every widget show what the project's new catalogue says.
+    void showNewDefinitions();
 
     /// Counts up whenever a dashboard item was added, removed or restacked.
     quint64 itemsRevision() const { return m_itemsRevision; }

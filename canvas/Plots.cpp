@@ -1,8 +1,11 @@
 #include "canvas/Plots.h"
 
+#include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
 #include "widgets/TrendPlotWidget.h"
 #include "widgets/XYPlotWidget.h"
+
+#include <QDebug>
 
 #include <algorithm>
 
@@ -11,16 +14,35 @@ namespace {
 constexpr int kDefaultWindowMs = 10'000;
 constexpr int kLargestWindowMs = 30'000;
 
-} // namespace
-
-void clearPlots(const DesignScene& scene)
+void clear(const DesignScene& scene, bool topLevelOnly)
 {
-    const QList<TrendPlotWidget*> trendPlots = scene.widgetsOfType<TrendPlotWidget>(false);
+    const QList<TrendPlotWidget*> trendPlots = scene.widgetsOfType<TrendPlotWidget>(topLevelOnly);
     for (TrendPlotWidget* plot : trendPlots)
         plot->clearData();
-    const QList<XYPlotWidget*> xyPlots = scene.widgetsOfType<XYPlotWidget>(false);
+    const QList<XYPlotWidget*> xyPlots = scene.widgetsOfType<XYPlotWidget>(topLevelOnly);
     for (XYPlotWidget* plot : xyPlots)
         plot->clearData();
+}
+
+} // namespace
+
+void clearPlots(const DesignScene& scene) { clear(scene, false); }
+
+void resetPlots(const DesignScene& scene)
+{
+    const QList<QGraphicsItem*> items = scene.items();
+    for (const QGraphicsItem* item : items) {
+        if (!item->parentItem() && !dynamic_cast<const DashboardItem*>(item))
+            qWarning("No DashboardItem");
+    }
+    clear(scene, true);
+}
+
+void clearDataMarkers(const DesignScene& scene)
+{
+    const QList<TrendPlotWidget*> plots = scene.widgetsOfType<TrendPlotWidget>(false);
+    for (TrendPlotWidget* plot : plots)
+        plot->clearDataMarkers();
 }
 
 double dominantTrendWindowSeconds(const DesignScene& scene)

@@ -6,6 +6,10 @@ class DesignScene;
 
 /// Empties every trend plot and XY plot.
 void clearPlots(const DesignScene& scene);
+/// The same for those at the top level, before a replay sends its history; warns of items that are not ours.
+void resetPlots(const DesignScene& scene);
+/// Removes the markers that stay with the data from every trend plot.
+void clearDataMarkers(const DesignScene& scene);
 /// How much of the past a replay has to bring back when it jumps, in seconds: the widest time window on the
 /// canvas, at most 30; 10 where there is none.
 double dominantTrendWindowSeconds(const DesignScene& scene);

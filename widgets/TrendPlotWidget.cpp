@@ -151,7 +151,7 @@ void TrendPlotWidget::pruneOld(qint64 nowMs)
 void TrendPlotWidget::trimToWindowEndingAt(qint64 endMs)
 {
     m_store.trim(boundedTimeMs(endMs), m_settings.timeWindowMs);
-    update();
+    updateForValue();
 }
 
 void TrendPlotWidget::beginBulkLoad() { m_bulkLoading = true; }
@@ -171,7 +171,8 @@ void TrendPlotWidget::clearData()
 
 void TrendPlotWidget::setExternalTimeEnabled(bool on)
 {
-    m_externalTime = on;
+    if (on == std::exchange(m_externalTime, on))
+        return; // a replay says so with every frame
     if (on)
         m_idleTimer.stop();
     else

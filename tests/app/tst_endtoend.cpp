@@ -3,18 +3,28 @@
 #include "canvas/DashboardItem.h"
 #include "canvas/DashboardView.h"
 #include "canvas/DesignScene.h"
+#include "definitions/DashboardSignalParser.h"
+#include "licensing/LicenseCheck.h"
+#include "playback/PlaybackController.h"
+#include "playback/SignalPlaybackEngine.h"
+#include "playback/SignalRecorder.h"
 #include "serial/SerialManager.h"
 #include "support/LoopWatch.h"
+#include "support/ModalAnswer.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QListWidget>
 #include <QProcess>
+#include <QSlider>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +53,70 @@ qint64 residentBytes()
     return open ? file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) : 0;
 }
 
+/// What a recording of these lines must export: the signals row by row and the events, in plain steps.
+struct ExpectedCsv
+{
+    QStringList keys;
+    QByteArray values;
+    QByteArray events = "time,type,key,value,display\n";
+
+    ExpectedCsv(const QStringList& lines, const DashboardSignalParser& definitions)
+    {
+        QList<QPair<double, QMap<QString, double>>> frames;
+        QMap<QString, double> known;
+        const double base = lines.first().section(u' ', 0, 0).toDouble();
+        const auto quoted = [](const QString& text) { return '"' + text.toUtf8() + '"'; };
+        for (const QString& line : lines) {
+            const QStringList words = line.split(u' ');
+            const double time = words.first().toDouble() - base;
+            const QByteArray begin = QByteArray::number(time, 'f', 6);
+            QStringList free;
+            bool hasValues = false;
+            QMap<QString, double> after = known;
+            for (const QString& word : words.sliced(1)) {
+                const QString key = word.section(u'=', 0, 0);
+                const QString value = word.section(u'=', 1);
+                if (!word.contains(u'=')) {
+                    free.append(word);
+                } else if (key.startsWith(u"ST_")) {
+                    const auto state = definitions.findState(key.sliced(3), value);
+                    events += begin + ",STATE," + quoted(key.sliced(3)) + ',' + quoted(value) + ',' +
+                              quoted(state->label) + '\n';
+                    frames.append({time, known});
+                } else if (key == u"ERR") {
+                    const auto error = definitions.findErrorById(value);
+                    events += begin + ",ERROR," + quoted(value) + ",," + quoted(error->message) + '\n';
+                    frames.append({time, known});
+                } else {
+                    after.insert(key, value.toDouble());
+                    hasValues = true;
+                }
+            }
+            known = after;
+            if (hasValues)
+                frames.append({time, known});
+            if (!free.isEmpty()) {
+                events += begin + ",MESSAGE,," + quoted(free.join(u' ')) + ",\n";
+                frames.append({time, known});
+            }
+        }
+        keys = known.keys();
+        values = "time," + keys.join(u',').toUtf8() + '\n';
+        for (const auto& [time, numbers] : frames) {
+            values += QByteArray::number(time, 'f', 6);
+            for (const QString& key : keys)
+                values += ',' + QByteArray::number(numbers.value(key, qQNaN()), 'g', 12);
+            values += '\n';
+        }
+    }
+};
+
+QByteArray contents(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// The window on a copy of the example project, with its device on a pseudo-terminal.
 struct Rig
 {
@@ -57,7 +131,7 @@ struct Rig
         device.waitForFinished();
     }
 
-    bool start(const QStringList& deviceOptions)
+    bool start(const QStringList& deviceOptions, bool record = false)
     {
         const QString example = QStringLiteral(SIGVANE_EXAMPLE);
         const QString definitions = u"/dashboard_signals.def"_s;
@@ -68,6 +142,7 @@ struct Rig
             return false;
         CommandLine wanted;
         wanted.projectDir = dir.path();
+        wanted.record = record;
         wanted.layoutFile = example + u"/layouts/pump-rig.json"_s;
         wanted.portName = QString::fromLocal8Bit(device.readLine()).trimmed();
         window.resize(1600, 1000);
@@ -99,6 +174,57 @@ private Q_SLOTS:
         QCOMPARE(rig.probe->gaps, 0);
         // From the wire to pixels: what is seen is no longer what was seen.
         QVERIFY(dashboard->grab().toImage() != before);
+    }
+
+    void recordedRunIsReplayedAndExportedAsItWasPrinted()
+    {
+        const QStringList printed{u"--rate"_s, u"0"_s, u"--lines"_s, u"40000"_s};
+        QProcess listing;
+        listing.start(QStringLiteral(SIGVANE_DEVICE), printed + QStringList(u"--stdout"_s));
+        QVERIFY(listing.waitForFinished());
+        Rig rig;
+        LicenseCheck license(true, u"Bought"_s);
+        rig.window.setLicenseCheck(&license);
+        QVERIFY(rig.start(printed, true));
+        const ExpectedCsv expected(
+            QString::fromUtf8(listing.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts),
+            *gSignalParser);
+        QVERIFY(expected.events.contains(",ERROR,"));
+        QCOMPARE(rig.window.mode(), Sigvane::Record);
+        QTRY_COMPARE_WITH_TIMEOUT(rig.probe->count, 40'000, 60'000);
+        rig.window.stopButton();
+        QVERIFY(QFile::exists(companionDefinitionsPath(rig.window.playback()->playbackFile())));
+
+        rig.window.findChild<QDoubleSpinBox*>()->setValue(10.0);
+        double reached = -1.0;
+        bool inOrder = true;
+        connect(rig.window.playbackEngine(), &SignalPlaybackEngine::signalValuesUpdatedAt, this,
+                [&](double t) { inOrder = std::exchange(reached, t) <= t && inOrder; });
+        rig.window.playButton();
+        QTRY_VERIFY(reached > 1.0);
+        auto* slider = rig.window.findChild<QSlider*>();
+        const int y = slider->height() / 2;
+        QTest::mousePress(slider, Qt::LeftButton, {}, QPoint(slider->width() / 4, y));
+        QTest::mouseMove(slider, QPoint(slider->width() / 2, y));
+        QTRY_VERIFY(reached > 15.0); // brought there while the button is still down
+        QTest::mouseRelease(slider, Qt::LeftButton, {}, QPoint(slider->width() / 2, y));
+        reached = -1.0; // that brought the history of the plots again
+        inOrder = true;
+        QTRY_COMPARE_WITH_TIMEOUT(rig.window.mode(), Sigvane::Idle, 30'000);
+        QVERIFY(inOrder);
+        QCOMPARE(reached, rig.window.playbackEngine()->getMaxTimestamp());
+
+        ModalAnswer answer;
+        answer.then([](QDialog* dialog) {
+            dialog->findChild<QListWidget*>()->selectAll();
+            dialog->accept();
+        });
+        answer.chooseFile(rig.dir.filePath(u"signals.csv"_s)).chooseFile(rig.dir.filePath(u"events.csv"_s));
+        rig.window.exportButton();
+        rig.window.exportEventsButton();
+        QVERIFY(answer.allUsed() && answer.unexpected() == 0);
+        QVERIFY(contents(rig.dir.filePath(u"signals.csv"_s)) == expected.values);
+        QVERIFY(contents(rig.dir.filePath(u"events.csv"_s)) == expected.events);
     }
 
     void memoryStaysFlat()

@@ -1,4 +1,11 @@
+#include "playback/SignalPlaybackEngine.h"
+#include "support/PseudoTerminal.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -42,6 +49,60 @@ private Q_SLOTS:
         QCOMPARE(program.state(), QProcess::Running);
         program.terminate();
         QVERIFY(program.waitForFinished());
+    }
+
+    void killedWhileRecordingLosesASecondAtMost()
+    {
+        QTemporaryDir dir;
+        QFile definitions(dir.filePath(u"dashboard_signals.def"_s));
+        QVERIFY(definitions.open(QIODevice::WriteOnly));
+        definitions.close();
+        PseudoTerminal device;
+        QProcess program;
+        program.start(QStringLiteral(SIGVANE_PROGRAM),
+                      {u"--project"_s, dir.path(), u"--port"_s, device.portName(), u"--record"_s});
+        const QDir recordings(dir.filePath(u"recordings"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(!recordings.entryList({u"*.rec"_s}).isEmpty(), 30'000);
+
+        // A line per millisecond, until the file has grown twice and as late as can be before the next flush.
+        const QFileInfo file(recordings.filePath(recordings.entryList({u"*.rec"_s}).constFirst()));
+        QElapsedTimer clock;
+        clock.start();
+        QList<qint64> sentMs;
+        QSet<qint64> sizes;
+        qint64 flushedMs = 0;
+        while (sizes.size() < 4 || clock.elapsed() < flushedMs + 900) {
+            QVERIFY(clock.elapsed() < 60'000);
+            while (sentMs.size() < clock.elapsed()) {
+                QVERIFY(device.writeAll("N=" + QByteArray::number(sentMs.size()) + '\n'));
+                sentMs.append(clock.elapsed());
+            }
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+            if (sizes.size() < 4) {
+                sizes.insert(QFileInfo(file.filePath()).size());
+                flushedMs = clock.elapsed();
+            }
+        }
+        program.kill();
+        const qint64 killedMs = clock.elapsed();
+        QVERIFY(program.waitForFinished());
+
+        SignalPlaybackEngine engine;
+        QVERIFY(engine.loadFromFile(file.filePath()));
+        double last = -1.0;
+        bool whole = true;
+        connect(&engine, &SignalPlaybackEngine::signalValuesUpdated, this, [&](const auto& values) {
+            whole = whole && values.value(u"N"_s) == last + 1;
+            last = values.value(u"N"_s);
+        });
+        engine.setPlaybackRate(100.0);
+        while (last + 1 < double(engine.recording()->frameCount()))
+            engine.advance(1000);
+        QVERIFY(whole);
+        const qint64 lostMs = killedMs - sentMs.at(qint64(last));
+        qInfo("%lld of %lld lines recorded, the last %lld ms are lost", (long long)last + 1,
+              (long long)sentMs.size(), (long long)lostMs);
+        QVERIFY(lostMs < 1300); // a second, and what a busy machine adds
     }
 };
 

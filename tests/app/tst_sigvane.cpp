@@ -6,7 +6,11 @@
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
 #include "licensing/LicenseCheck.h"
+#include "playback/PlaybackController.h"
+#include "playback/SignalPlaybackEngine.h"
+#include "playback/SignalRecorder.h"
 #include "support/ModalAnswer.h"
+#include "support/PseudoTerminal.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/TrendPlotWidget.h"
 
@@ -15,6 +19,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QSlider>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -90,7 +95,6 @@ private Q_SLOTS:
         auto* plot = static_cast<TrendPlotWidget*>(rig.items().first()->widget());
         plot->assignSignals({u"A"_s});
         for (const auto& [from, to, cleared] : {std::tuple(Sigvane::Design, Sigvane::Play, false),
-                                                std::tuple(Sigvane::Idle, Sigvane::Play, false),
                                                 std::tuple(Sigvane::Pause, Sigvane::Idle, true)}) {
             rig.window.setMode(from);
             plot->setExternalTimeEnabled(true);
@@ -102,12 +106,90 @@ private Q_SLOTS:
         }
     }
 
-    void saysThatPlayEnds()
+    void refusesWithABox()
     {
         Rig rig;
+        LicenseCheck trial(false, u"Trial"_s);
+        rig.window.setLicenseCheck(&trial);
+        for (int i = 0; i < 5; ++i)
+            rig.answer.press(QMessageBox::Ok);
+        for (const QString& button : {u"Record"_s, u"Play"_s, u"Events"_s, u"Signals"_s})
+            rig.trigger(button);
+        QTRY_VERIFY(rig.answer.allUsed()); // the licence's own box comes from the event loop
+        QCOMPARE(rig.answer.titles(), QStringList({u"Serial"_s, u"No File"_s, u"Export Events CSV"_s,
+                                                   u"Export CSV"_s, u"License"_s}));
+        QCOMPARE(rig.window.mode(), Sigvane::Play);
+        QCOMPARE(rig.status(), u"Playing..."_s);
+    }
+
+    void recordsUntilSomethingEndsIt()
+    {
+        const QTemporaryDir other;
+        QVERIFY(write(other.filePath(u"dashboard_signals.def"_s), "\n"));
+        for (const char* end : {"stop", "play", "lost", "project", "close", "removed"}) {
+            const QTemporaryDir dir;
+            QVERIFY(write(dir.filePath(u"dashboard_signals.def"_s), "\n"));
+            PseudoTerminal device;
+            Rig rig;
+            CommandLine wanted;
+            wanted.projectDir = dir.path();
+            wanted.portName = device.portName();
+            rig.window.startWith(wanted);
+            rig.trigger(u"Record"_s);
+            QCOMPARE(rig.window.mode(), Sigvane::Record);
+            QVERIFY(device.writeAll("7 A=1\n7.5 A=2 word\n"));
+            QTRY_COMPARE(rig.window.recorder()->lineCount(), 3);
+            const QString path = rig.window.recorder()->path();
+
+            const QLatin1String how(end);
+            rig.answer.press(QMessageBox::Ok); // where the file is gone
+            if (how == "stop"_L1)
+                rig.trigger(u"Stop"_s);
+            else if (how == "play"_L1)
+                rig.trigger(u"Play"_s);
+            else if (how == "lost"_L1)
+                device.close();
+            else if (how == "project"_L1)
+                QVERIFY(rig.window.setProjectDir(other.path()));
+            else if (how == "close"_L1)
+                rig.window.close();
+            else if (QDir(dir.path()).removeRecursively())
+                rig.trigger(u"Play"_s);
+            QTRY_VERIFY2(!rig.window.recorder()->isRecording(), end);
+            if (how == "play"_L1) {
+                QVERIFY(!rig.window.findChild<QSlider*>()->isSliderDown());
+                QCOMPARE(rig.window.mode(), Sigvane::Play);
+                rig.window.playbackEngine()->advance(1000);
+            }
+            if (how != "close"_L1)
+                QTRY_COMPARE(rig.window.mode(), Sigvane::Idle);
+            QCOMPARE(rig.answer.titles().size(), how == "removed"_L1 ? 1 : 0);
+            QFile file(path);
+            if (file.open(QIODevice::ReadOnly))
+                QCOMPARE(file.readAll(), "0.000000 A=1\n0.500000 A=2\n0.500000 RAW word\n");
+        }
+    }
+
+    void modeChangeEndsALongLoading()
+    {
+        const QTemporaryDir dir;
+        const QString path = dir.filePath(u"long.rec"_s);
+        QVERIFY(write(path, QByteArray("1 A=1 B=2 C=3\n").repeated(1'000'000)));
+        Rig rig;
+        int slices = 0;
+        const auto interrupt = [&] {
+            if (++slices == 2)
+                rig.window.setMode(Sigvane::Design);
+        };
+        connect(rig.window.playbackEngine(), &SignalPlaybackEngine::loadProgressed, this, interrupt);
+        rig.window.startPlayback(path);
+        QCOMPARE(rig.window.mode(), Sigvane::Design); // asked for while Idle was loading
+        QCOMPARE(rig.window.playback()->playbackFile(), path);
+        slices = 0;
         rig.window.setMode(Sigvane::Play);
-        QTest::ignoreMessage(QtDebugMsg, "Play mode ended");
-        rig.window.setMode(Sigvane::Pause);
+        QCOMPARE(rig.window.mode(), Sigvane::Design); // asked for in the middle of the change to Play
+        QVERIFY(!rig.window.playbackEngine()->hasFrames() && !rig.window.playbackEngine()->isPlaying());
+        QVERIFY(rig.answer.titles().isEmpty());
     }
 
     void tellsTheCanvasTheProjectAlsoWithoutDefinitions()

@@ -36,9 +36,6 @@ struct Canvas
     void setDesignMode(bool on)
     {
         scene.setDesignMode(on);
-        const QList<DashboardItem*> items = scene.dashboardItems();
-        for (DashboardItem* item : items)
-            item->setDesignMode(on);
         QCoreApplication::processEvents();
     }
 

@@ -1,0 +1,68 @@
+#include "app/EventRouting.h"
+
+#include "app/ValueRouter.h"
+#include "canvas/Plots.h"
+#include "playback/SignalPlaybackEngine.h"
+#include "playback/SignalRecorder.h"
+#include "serial/SerialManager.h"
+
+EventRouting::EventRouting(ValueRouter* router, const DesignScene* scene, QObject* parent)
+    : QObject(parent)
+    , m_router(router)
+    , m_scene(scene)
+{}
+
+void EventRouting::connectSerial(SerialManager* serial, SignalRecorder* recorder)
+{
+    connect(serial, &SerialManager::lineParsed, this,
+            [this](double, const QMap<QString, double>& values) { m_router->routeLiveValues(values); });
+    connect(serial, &SerialManager::lineParsed, recorder, &SignalRecorder::writeValues);
+    connect(
+        serial, &SerialManager::stateParsed, this,
+        [this](double, const QString& group, const QString& state) { m_router->routeState(group, state); });
+    connect(serial, &SerialManager::stateParsed, recorder, &SignalRecorder::writeState);
+    connect(serial, &SerialManager::errorParsed, recorder, &SignalRecorder::writeError);
+    connect(serial, &SerialManager::errorParsed, m_router, &ValueRouter::routeError);
+    connect(serial, &SerialManager::unrecognizedParsed, m_router, &ValueRouter::routeMessage);
+    connect(serial, &SerialManager::unrecognizedParsed, recorder, &SignalRecorder::writeMessage);
+}
+
+void EventRouting::connectReplay(SignalPlaybackEngine* engine)
+{
+    using Engine = SignalPlaybackEngine;
+    m_engine = engine;
+    connect(engine, &Engine::signalValuesUpdated, this,
+            [this](const QMap<QString, double>& values) { m_router->routeLiveValues(values); });
+    connect(engine, &Engine::signalValuesUpdatedAt, this, &EventRouting::onPlaybackValuesAt);
+    connect(engine, &Engine::stateEvent, this, &EventRouting::onPlaybackStateEvent, Qt::UniqueConnection);
+    connect(engine, &Engine::errorEvent, this, &EventRouting::onPlaybackErrorEvent, Qt::UniqueConnection);
+    connect(engine, &Engine::errorReset, this, &EventRouting::onPlaybackErrorReset, Qt::UniqueConnection);
+    connect(engine, &Engine::messageEvent, this, &EventRouting::onPlaybackMessageEvent, Qt::UniqueConnection);
+    connect(engine, &Engine::messageReset, this, &EventRouting::onPlaybackMessageReset, Qt::UniqueConnection);
+    connect(engine, &Engine::playbackFinished, this, &EventRouting::playbackFinished);
+    connect(engine, &Engine::dataReset, this, [this] { resetPlots(*m_scene); });
+    // The second time on purpose: onPlaybackValuesAt() has put the trend plots on the replay's time by now.
+    // In a replay that starts from Idle they would else keep first points stamped by the clock.
+    connect(
+        engine, &Engine::signalValuesUpdatedAt, this,
+        [this](double t, const QMap<QString, double>& values) { m_router->routeReplayedValues(t, values); });
+}
+
+void EventRouting::onPlaybackValuesAt(double t, const QMap<QString, double>& values)
+{
+    if (sender() == m_engine)
+        m_router->routeReplayedTrends(t, values);
+}
+
+void EventRouting::onPlaybackStateEvent(double, const QString& group, const QString& state)
+{
+    m_router->routeState(group, state);
+}
+
+void EventRouting::onPlaybackErrorEvent(double t, const QString& id) { m_router->routeError(t, id); }
+
+void EventRouting::onPlaybackErrorReset() { m_router->clearErrorConsoles(); }
+
+void EventRouting::onPlaybackMessageEvent(double t, const QString& text) { m_router->routeMessage(t, text); }
+
+void EventRouting::onPlaybackMessageReset() { m_router->clearMessageConsoles(); }

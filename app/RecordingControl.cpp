@@ -1,0 +1,55 @@
+#include "app/RecordingControl.h"
+
+#include "canvas/Plots.h"
+#include "playback/SignalRecorder.h"
+#include "serial/SerialManager.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace {
+
+constexpr int kStoppedMessageMs = 3000;
+
+} // namespace
+
+RecordingControl::RecordingControl(SignalRecorder* recorder, const SerialManager* serial,
+                                   const DesignScene* scene, QWidget* dialogParent)
+    : QObject(dialogParent)
+    , m_recorder(recorder)
+    , m_serial(serial)
+    , m_scene(scene)
+    , m_dialogParent(dialogParent)
+{}
+
+bool RecordingControl::start(const QString& projectDir)
+{
+    if (!m_serial->isOpen()) {
+        QMessageBox::warning(m_dialogParent, tr("Serial"), tr("Open a serial port before recording."));
+        return false;
+    }
+    clearDataMarkers(*m_scene);
+    // Without a project there is no place to record to.
+    const QDir project(projectDir);
+    const QString folder = projectDir.isEmpty() ? QString() : project.filePath(QStringLiteral("recordings"));
+    const QString definitions = project.filePath(QStringLiteral("dashboard_signals.def"));
+    if (!m_recorder->start(folder, definitions, QDateTime::currentDateTime())) {
+        QMessageBox::warning(m_dialogParent, tr("Record"), tr("Could not open file for writing."));
+        return false;
+    }
+    Q_EMIT changed();
+    Q_EMIT statusMessage(tr("Recording → %1").arg(QFileInfo(m_recorder->path()).fileName()), 0);
+    return true;
+}
+
+QString RecordingControl::stop()
+{
+    if (!m_recorder->isRecording())
+        return {};
+    m_recorder->stop();
+    Q_EMIT changed();
+    Q_EMIT statusMessage(tr("Recording stopped."), kStoppedMessageMs);
+    return m_recorder->path();
+}

@@ -1,0 +1,57 @@
+#include "app/RecordingStatus.h"
+
+#include "playback/SignalRecorder.h"
+
+#include <QFileInfo>
+#include <QLocale>
+#include <QStringList>
+
+namespace {
+
+constexpr int kRefreshMs = 500;
+constexpr int kTextWidth = 420; // pixels
+
+} // namespace
+
+RecordingStatus::RecordingStatus(const SignalRecorder* recorder, QWidget* parent)
+    : QLabel(parent)
+    , m_recorder(recorder)
+{
+    setTextFormat(Qt::PlainText);
+    setContentsMargins(8, 0, 8, 0);
+    setAccessibleName(tr("Recording"));
+    m_timer.setInterval(kRefreshMs);
+    connect(&m_timer, &QTimer::timeout, this, &RecordingStatus::refresh);
+    hide();
+}
+
+void RecordingStatus::refresh()
+{
+    if (m_recorder->isRecording())
+        m_timer.start();
+    else
+        m_timer.stop();
+    const bool trouble = !m_recorder->error().isEmpty() || m_recorder->lostLines() > 0;
+    const QString style = trouble ? QStringLiteral("color: #b3261e;") : QString();
+    if (style != styleSheet())
+        setStyleSheet(style);
+    const QString text = statusText();
+    setText(fontMetrics().elidedText(text, Qt::ElideRight, kTextWidth));
+    setToolTip(text + QLatin1Char('\n') + m_recorder->path());
+    setVisible(!m_recorder->path().isEmpty());
+}
+
+QString RecordingStatus::statusText() const
+{
+    const QLocale locale;
+    QStringList parts;
+    if (!m_recorder->error().isEmpty())
+        parts.append(tr("Recording does not grow: %1").arg(m_recorder->error()));
+    if (m_recorder->lostLines() > 0)
+        parts.append(tr("%n line(s) lost", nullptr, int(std::min<qint64>(m_recorder->lostLines(), INT_MAX))));
+    const QString name = QFileInfo(m_recorder->path()).fileName();
+    parts.append(m_recorder->isRecording() ? tr("● %1").arg(name) : name);
+    parts.append(tr("%1 lines").arg(locale.toString(m_recorder->lineCount())));
+    parts.append(locale.formattedDataSize(m_recorder->byteCount(), 1, QLocale::DataSizeSIFormat));
+    return parts.join(QStringLiteral(" · "));
+}
