@@ -53,8 +53,8 @@ public:
     void startPlayback(const QString& path);
     /// Whether the engine holds a recording, loading the chosen one when it does not.
     bool ensurePlaybackLoaded();
-    /// The loaded recording, loading the chosen one when there is none; null after a box of that title that says
-    /// so, or when the loading was cancelled.
+    /// The loaded recording, loading the chosen one when there is none; null after a box of that title that
+    /// says so, or when the loading was cancelled.
     std::shared_ptr<const SignalRecording> recordingToExport(const QString& boxTitle);
     /// Makes a recording that was just written the chosen one and loads it.
     void showRecorded(const QString& path);

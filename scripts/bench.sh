@@ -26,7 +26,8 @@ build_benchmarks() {
         cat "$log" >&2
         die "configuring failed"
     }
-    build release bench_parse bench_deliver bench_window bench_plots bench_xyplot
+    build release bench_parse bench_deliver bench_window bench_plots bench_xyplot bench_recording bench_recorder \
+        bench_seek bench_replay
 }
 
 # run_google_benchmark <name>: adds "<name>/<benchmark> <items per second>" lines to the figures; a benchmark that
@@ -51,29 +52,26 @@ run_plain_python() {
     echo "parse_plain ${output%% *}" >>"$figures"
 }
 
-run_plots() {
-    step "running bench_plots (a quarter of a minute)"
-    "$programs/bench_plots" >"$results/bench_plots.txt" 2>"$results/bench_plots.log" || {
-        cat "$results/bench_plots.log" >&2
-        die "bench_plots failed"
+# run_own <name> <how long>: for programs that print "name value" lines themselves.
+run_own() {
+    step "running $1 ($2)"
+    "$programs/$1" >"$results/$1.txt" 2>"$results/$1.log" || {
+        cat "$results/$1.log" >&2
+        die "$1 failed"
     }
-    sed 's,^,bench_plots/,' "$results/bench_plots.txt" >>"$figures"
+    sed "s,^,$1/," "$results/$1.txt" >>"$figures"
 }
 
 # Always on a virtual display, so that neither a display server nor what else is on the screen makes a difference.
-run_window() {
+run_windows() {
     if command -v Xvfb >/dev/null; then
         start_virtual_display 1920x1200
     else
         step "no Xvfb here: the window is measured without a display server"
         export QT_QPA_PLATFORM=offscreen
     fi
-    step "running bench_window (half a minute)"
-    "$programs/bench_window" >"$results/bench_window.txt" 2>"$results/bench_window.log" || {
-        cat "$results/bench_window.log" >&2
-        die "bench_window failed"
-    }
-    sed 's,^,bench_window/,' "$results/bench_window.txt" >>"$figures"
+    run_own bench_window "half a minute"
+    run_own bench_replay "a minute"
 }
 
 print_table() {
@@ -101,15 +99,15 @@ print_table() {
                 verdict(comparison == ">=" ? times >= target : times <= target),
                 scaled(value[dividend]) " and " scaled(value[divisor]) " per second")
         }
-        # How many times as long "slow" takes as "quick", both in milliseconds.
-        function times(what, beside, slow, quick, comparison, target,    measured) {
-            slow = value["bench_plots/" slow]
-            quick = value["bench_plots/" quick]
+        # How many times as long "slow" takes as "quick", both in that unit.
+        function times(what, beside, slow, quick, comparison, target, unit,    measured) {
+            slow = value[slow]
+            quick = value[quick]
             measured = slow > 0 && quick > 0 ? slow / quick : 0
             row(what, beside, comparison " " target " x",
                 measured ? sprintf(measured < 10 ? "%.2f x" : "%.0f x", measured) : "failed",
                 verdict(measured && (comparison == ">=" ? measured >= target : measured <= target)),
-                measured ? sprintf("%.4g and %.4g ms", slow, quick) : "")
+                measured ? sprintf("%.4g and %.4g %s", slow, quick, unit) : "")
         }
         function most(what, name, factor, limit, unit, figures) {
             if (name in value)
@@ -158,15 +156,36 @@ print_table() {
             most("window at 5,000 lines/s: longest block", "bench_window/example_longest_block_ms", 1, 50, " ms")
 
             times("trend plot repaint, 6 x 600,000: speed", "every sample as steps",
-                  "trend_every_sample_ms", "trend_steps_ms", ">=", 50)
+                  "bench_plots/trend_every_sample_ms", "bench_plots/trend_steps_ms", ">=", 50, "ms")
             times("trend plot repaint, 6 x 600,000: time", "6 x 20,000 samples",
-                  "trend_steps_ms", "trend_steps_few_samples_ms", "<=", 3)
+                  "bench_plots/trend_steps_ms", "bench_plots/trend_steps_few_samples_ms", "<=", 3, "ms")
             most("trend plot, 6 x 1,000/s: longest frame", "bench_plots/trend_live_frame_worst_ms", 1, 50, " ms",
                  sprintf("mean %.3g ms, %.0f ns per sample", value["bench_plots/trend_live_frame_mean_ms"],
                          value["bench_plots/trend_append_ns"]))
             ratio("XY plot repaint, 200,000 points: speed", "one ellipse per point",
                   "bench_xyplot/xyplot/dots:200000", "bench_xyplot/ellipses/dots:200000", ">=", 20)
             most("hostile dashboards: slowest repaint", "slowest hostile", 1, 50, " ms", slowest_hostile)
+
+            times("loading ten values per line: speed", "a full map per frame",
+                  "bench_recording/load_plain_ns_per_line", "bench_recording/load_ns_per_line", ">=", 20, "ns")
+            most("loaded recording: memory", "bench_recording/load_bytes_per_frame", 1, 150, " B",
+                 sprintf("per frame, with full maps %.0f", value["bench_recording/load_plain_bytes_per_frame"]))
+            most("loading in slices of 20 ms: longest", "bench_recording/load_longest_slice_ms", 1, 50, " ms")
+            most("seek in 1,000,000 frames: p99", "bench_seek/seek_p99_us", 1, 100, " us",
+                 sprintf("median %.3g us", value["bench_seek/seek_p50_us"]))
+            most("seek with 10 s of history: painted after", "bench_replay/seek_painted_median_ms", 1, 50, " ms",
+                 sprintf("longest %.3g ms", value["bench_replay/seek_painted_longest_ms"]))
+            most("seek with 200,000 events: longest block", "bench_replay/seek_flood_longest_block_ms", 1, 50, " ms")
+            most("replay at rate 100, 30 s: deviation", "bench_replay/replay_time_deviation", 100, 1, " %")
+            most("replay at rate 100, 30 s: frames wrong", "bench_replay/replay_frames_wrong", 1, 0, "",
+                 sprintf("of %.0f", value["bench_replay/replay_frames"]))
+            most("replay at rate 100, 30 s: longest block", "bench_replay/replay_longest_block_ms", 1, 50, " ms")
+            times("CSV, 10 x 1,000,000: speed", "QTextStream << double",
+                  "bench_recorder/csv_text_stream_ms", "bench_recorder/csv_ms", ">=", 3, "ms")
+            times("CSV, 10 x 1,000,000: time", "a bare to_chars loop",
+                  "bench_recorder/csv_ms", "bench_recorder/csv_to_chars_ms", "<=", 1.2, "ms")
+            times("recorder, ten values per line: speed", "QTextStream << double",
+                  "bench_recorder/recorder_text_stream_ms", "bench_recorder/recorder_ms", ">=", 3, "ms")
         }' "$figures" | tee "$results/table.txt"
 }
 
@@ -178,7 +197,10 @@ mkdir -p "$results"
 run_google_benchmark bench_parse
 run_plain_python
 run_google_benchmark bench_deliver
-run_plots
+run_own bench_plots "a quarter of a minute"
 run_google_benchmark bench_xyplot
-run_window
+run_own bench_recording "half a minute"
+run_own bench_recorder "a minute"
+run_own bench_seek "some seconds"
+run_windows
 print_table
