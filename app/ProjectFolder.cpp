@@ -2,11 +2,11 @@
 
 #include "app/ProjectIntroDialog.h"
 #include "definitions/ActiveDefinitions.h"
+#include "widgets/PlainWarning.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QSettings>
 #include <QStandardPaths>
 
@@ -67,12 +67,12 @@ bool ProjectFolder::loadDefinitions(const QString& path)
 {
     const QString title = tr("Signals Definition");
     if (!QFileInfo(path).isFile()) {
-        warn(title, tr("Cannot find signals file:\n%1").arg(path));
+        warnPlainly(m_dialogParent, title, tr("Cannot find signals file:\n%1").arg(path));
         return false;
     }
     auto catalogue = std::make_unique<DashboardSignalParser>(path);
     if (!catalogue->parse()) {
-        warn(title, tr("Failed to load:\n%1").arg(path));
+        warnPlainly(m_dialogParent, title, tr("Failed to load:\n%1").arg(path));
         return false;
     }
     m_definitionsFile = QFileInfo(path).absoluteFilePath();
@@ -117,7 +117,8 @@ void ProjectFolder::choose()
 {
     const QString dir = pickFolder();
     if (!dir.isEmpty() && !open(dir))
-        warn(tr("Invalid Project"), tr("Selected folder does not contain dashboard_signals.def"));
+        warnPlainly(m_dialogParent, tr("Invalid Project"),
+                    tr("Selected folder does not contain dashboard_signals.def"));
 }
 
 void ProjectFolder::loadLastOrPrompt()
@@ -143,7 +144,8 @@ void ProjectFolder::showIntroAndPrompt()
                 QSettings(kPromptOrganization, kApplication).setValue(kProjectDirKey, dir);
             return;
         }
-        warn(tr("Invalid Project"), tr("Selected folder does not contain dashboard_signals.def"));
+        warnPlainly(m_dialogParent, tr("Invalid Project"),
+                    tr("Selected folder does not contain dashboard_signals.def"));
     }
 }
 
@@ -153,11 +155,4 @@ QString ProjectFolder::pickFolder() const
         m_path.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : m_path;
     return QFileDialog::getExistingDirectory(
         m_dialogParent, tr("Select Project Folder (contains dashboard_signals.def)"), start);
-}
-
-void ProjectFolder::warn(const QString& title, const QString& text) const
-{
-    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Ok, m_dialogParent);
-    box.setTextFormat(Qt::PlainText); // a path may look like markup
-    box.exec();
 }

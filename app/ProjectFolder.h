@@ -63,7 +63,6 @@ Q_SIGNALS:
 private:
     QString pickFolder() const;
     void showTitle(const QString& path);
-    void warn(const QString& title, const QString& text) const;
 
     ActiveDefinitions* m_definitions;
     QWidget* m_dialogParent;

@@ -4,11 +4,11 @@
 #include "playback/ExportCsvDialog.h"
 #include "playback/SignalRecording.h"
 #include "playback/WorkProgress.h"
+#include "widgets/PlainWarning.h"
 
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QSaveFile>
 #include <QScopedValueRollback>
 #include <QStandardPaths>
@@ -45,7 +45,7 @@ void CsvExportFlow::exportChosenSignals(const SignalRecording& recording)
         return;
     const QStringList chosen = dialog.selectedSignals();
     if (chosen.isEmpty()) {
-        warn(title, tr("No signals selected."));
+        warnPlainly(m_dialogParent, title, tr("No signals selected."));
         return;
     }
     const double sampleHz = dialog.sampleHz();
@@ -61,7 +61,8 @@ void CsvExportFlow::exportChosenSignals(const SignalRecording& recording)
     if (result == CsvResult::Written)
         Q_EMIT statusMessage(tr("CSV exported → %1").arg(fileName(path)), kMessageMs);
     else if (result == CsvResult::Endless)
-        warn(title, tr("The recording's times cannot be sampled at %1 Hz: "
+        warnPlainly(m_dialogParent, title,
+                    tr("The recording's times cannot be sampled at %1 Hz: "
                        "it would take more than 100,000,000 rows.")
                         .arg(sampleHz));
 }
@@ -100,14 +101,14 @@ CsvResult CsvExportFlow::writeFile(const QString& path, const QString& title, co
     auto file = std::make_unique<QSaveFile>(path);
     // What is there but no regular file must not be replaced by one, and a pipe would not even open.
     if ((existing.exists() && !existing.isFile()) || !file->open(QIODevice::WriteOnly)) {
-        warn(title, tr("Could not open file for writing."));
+        warnPlainly(m_dialogParent, title, tr("Could not open file for writing."));
         return CsvResult::WriteFailed;
     }
     const CsvResult result = writeRows(*file, writer);
     const QString reason = file->errorString();
     file.reset(); // takes what it wrote along before a box stands open
     if (result == CsvResult::WriteFailed)
-        warn(title, tr("Could not write the file: %1").arg(reason));
+        warnPlainly(m_dialogParent, title, tr("Could not write the file: %1").arg(reason));
     return result;
 }
 
@@ -124,11 +125,4 @@ CsvResult CsvExportFlow::writeRows(QSaveFile& file, const Writer& writer) const
         file.flush();
     }
     return result;
-}
-
-void CsvExportFlow::warn(const QString& title, const QString& text) const
-{
-    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Ok, m_dialogParent);
-    box.setTextFormat(Qt::PlainText); // a path may look like markup
-    box.exec();
 }

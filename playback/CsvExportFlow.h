@@ -40,7 +40,6 @@ private:
     /// WriteFailed also when the file cannot be opened; a box has told the user then.
     CsvResult writeFile(const QString& path, const QString& title, const Writer& writer) const;
     CsvResult writeRows(QSaveFile& file, const Writer& writer) const;
-    void warn(const QString& title, const QString& text) const;
 
     const ActiveDefinitions* m_definitions;
     QWidget* m_dialogParent;

@@ -182,7 +182,7 @@ PlaybackController::Loading PlaybackController::loadChosen()
 {
     const Loading result = load(m_file);
     if (result == Loading::Failed)
-        warn(tr("Error"), tr("Failed to load playback file"));
+        QMessageBox::warning(m_dialogParent, tr("Error"), tr("Failed to load playback file"));
     return result;
 }
 
@@ -210,11 +210,6 @@ PlaybackController::Loading PlaybackController::load(const QString& path)
     if (loaded)
         return Loading::Loaded;
     return m_engine->wasLoadCancelled() ? Loading::Cancelled : Loading::Failed;
-}
-
-void PlaybackController::warn(const QString& title, const QString& text) const
-{
-    QMessageBox(QMessageBox::Warning, title, text, QMessageBox::Ok, m_dialogParent).exec();
 }
 
 // --- Its definitions ---------------------------------------------------------------------------------------
@@ -260,7 +255,7 @@ void PlaybackController::enterPlay()
 {
     m_playMode = true;
     if (m_file.isEmpty()) {
-        warn(tr("No File"), tr("No playback file selected."));
+        QMessageBox::warning(m_dialogParent, tr("No File"), tr("No playback file selected."));
         return;
     }
     selectActiveSignalParserFor(m_file);

@@ -89,7 +89,6 @@ private:
     void chooseDefinitions(const QString& path);
     void handOverStateGroups();
     void rewindIfAtEnd();
-    void warn(const QString& title, const QString& text) const;
 
     double timeAt(int step) const;
     void showTime(int step);

@@ -63,9 +63,9 @@ void WorkProgress::showDialog()
     m_bar->setToolTip(tr("How much is done"));
     m_dialog->setBar(m_bar);
 
-    auto* cancel = new QPushButton(tr("Cancel"), m_dialog);
-    cancel->setToolTip(tr("Stop and leave everything as it was (Esc)"));
-    m_dialog->setCancelButton(cancel);
+    // Its own button: another one would bring a second shortcut for Esc, and neither would work then.
+    if (auto* cancel = m_dialog->findChild<QPushButton*>())
+        cancel->setToolTip(tr("Stop and leave everything as it was (Esc)"));
 
     m_dialog->setMinimumWidth(kTextWidth);
     m_dialog->show();

@@ -1,6 +1,7 @@
 #include "canvas/LayoutFile.h"
 #include "support/Canvas.h"
 #include "support/ModalAnswer.h"
+#include "support/SmallDisk.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QFile>
@@ -32,7 +33,7 @@ struct Desk : Canvas
     QMainWindow window;
     LayoutFile layout{&window, &scene};
     QTemporaryDir dir;
-    const QString path = dir.filePath(u"layout.json"_s);
+    QString path = dir.filePath(u"layout.json"_s);
 
     bool write(const QByteArray& bytes) const
     {
@@ -177,6 +178,16 @@ private Q_SLOTS:
         QCOMPARE(problem, u"Could not save layout."_s);
         QCOMPARE(read(desk.path), QByteArray("precious"));
         QCOMPARE(desk.layout.saveTo(u"/dev/full"_s), problem);
+
+        const SmallDisk disk(desk.dir.filePath(u"disk"_s), "size=8k");
+        if (!disk.isMounted())
+            QSKIP("mounting a small disk is not permitted here");
+        desk.path = desk.dir.filePath(u"disk/layout.json"_s);
+        QVERIFY(desk.write("precious"));
+        for (int i = 0; i < 100; ++i)
+            desk.add("DigitalDisplay", QRectF(0, 0, 100, 100));
+        QCOMPARE(desk.layout.saveTo(desk.path), problem);
+        QCOMPARE(read(desk.path), QByteArray("precious"));
     }
 };
 
