@@ -1,10 +1,13 @@
 #include "app/RecordingStatus.h"
 
 #include "playback/SignalRecorder.h"
+#include "widgets/FileNumbers.h"
 
 #include <QFileInfo>
 #include <QLocale>
 #include <QStringList>
+
+#include <climits>
 
 namespace {
 
@@ -44,13 +47,15 @@ void RecordingStatus::refresh()
 QString RecordingStatus::statusText() const
 {
     const QLocale locale;
+    const QString name = QFileInfo(m_recorder->path()).fileName();
     QStringList parts;
     if (!m_recorder->error().isEmpty())
         parts.append(tr("Recording does not grow: %1").arg(m_recorder->error()));
+    else
+        parts.append(m_recorder->isRecording() ? tr("● %1").arg(name) : name);
     if (m_recorder->lostLines() > 0)
-        parts.append(tr("%n line(s) lost", nullptr, int(std::min<qint64>(m_recorder->lostLines(), INT_MAX))));
-    const QString name = QFileInfo(m_recorder->path()).fileName();
-    parts.append(m_recorder->isRecording() ? tr("● %1").arg(name) : name);
+        parts.append(
+            tr("%n line(s) lost", nullptr, boundedInt(double(m_recorder->lostLines()), 0, INT_MAX, 0)));
     parts.append(tr("%1 lines").arg(locale.toString(m_recorder->lineCount())));
     parts.append(locale.formattedDataSize(m_recorder->byteCount(), 1, QLocale::DataSizeSIFormat));
     return parts.join(QStringLiteral(" · "));
