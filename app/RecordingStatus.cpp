@@ -14,6 +14,8 @@ namespace {
 constexpr int kRefreshMs = 500;
 constexpr int kTextWidth = 420; // pixels
 
+int plural(qint64 count) { return boundedInt(double(count), 0, INT_MAX, INT_MAX); }
+
 } // namespace
 
 RecordingStatus::RecordingStatus(const SignalRecorder* recorder, QWidget* parent)
@@ -46,7 +48,6 @@ void RecordingStatus::refresh()
 
 QString RecordingStatus::statusText() const
 {
-    const QLocale locale;
     const QString name = QFileInfo(m_recorder->path()).fileName();
     QStringList parts;
     if (!m_recorder->error().isEmpty())
@@ -54,9 +55,8 @@ QString RecordingStatus::statusText() const
     else
         parts.append(m_recorder->isRecording() ? tr("● %1").arg(name) : name);
     if (m_recorder->lostLines() > 0)
-        parts.append(
-            tr("%n line(s) lost", nullptr, boundedInt(double(m_recorder->lostLines()), 0, INT_MAX, 0)));
-    parts.append(tr("%1 lines").arg(locale.toString(m_recorder->lineCount())));
-    parts.append(locale.formattedDataSize(m_recorder->byteCount(), 1, QLocale::DataSizeSIFormat));
+        parts.append(tr("%Ln line(s) lost", nullptr, plural(m_recorder->lostLines())));
+    parts.append(tr("%Ln line(s)", nullptr, plural(m_recorder->lineCount())));
+    parts.append(QLocale().formattedDataSize(m_recorder->byteCount(), 1, QLocale::DataSizeSIFormat));
     return parts.join(QStringLiteral(" · "));
 }

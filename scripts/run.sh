@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds Sigvane and starts it on the example project with its simulated device. Arguments are handed
-# to the program. Without a display it runs for some seconds on a virtual one and leaves a screenshot.
+# Builds Sigvane and starts it on the example project with its simulated device, or with --play <file> on that
+# recording of it. Arguments are handed to the program. Without a display it runs for some seconds on a virtual
+# one, SECONDS_ON_VIRTUAL_DISPLAY of them if that is set, and leaves a screenshot.
 set -euo pipefail
 # shellcheck source=scripts/lib.sh
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -9,9 +10,10 @@ program=build/release/app/sigvane
 device=build/release/examples/pump-rig/firmware/pump-rig
 project=$root/build/pump-rig
 screenshot=build/screenshot.png
-seconds_on_virtual_display=12
+seconds_on_virtual_display=${SECONDS_ON_VIRTUAL_DISPLAY:-12}
 
 own_processes=()
+port_options=()
 display_server=
 end_own_processes() {
     trap - EXIT
@@ -28,7 +30,14 @@ trap 'exit 143' TERM
 copy_example() {
     step "the example project is build/pump-rig, a copy of examples/pump-rig"
     mkdir -p "$project"
-    cp -Ru examples/pump-rig/{dashboard_signals.def,layouts,pictures} "$project/"
+    cp -Ru examples/pump-rig/{dashboard_signals.def,layouts,pictures,recordings} "$project/"
+}
+
+# What a device reports would mix with what was recorded.
+wants_device() {
+    case " $* " in
+    *" --play "* | *" --play="*) return 1 ;;
+    esac
 }
 
 start_device() {
@@ -36,12 +45,12 @@ start_device() {
     own_processes+=($!)
     read -r -t 10 -u "$device_output" port || die "the simulated device did not start"
     step "the simulated device prints on $port"
+    port_options=(--port "$port" --baud 115200)
 }
 
 # In the background also where it is waited for: a signal to this script then ends everything at once.
 start_sigvane() {
-    "$program" --project "$project" --layout "$project/layouts/pump-rig.json" \
-        --port "$port" --baud 115200 "$@" &
+    "$program" --project "$project" --layout "$project/layouts/pump-rig.json" "${port_options[@]}" "$@" &
     sigvane=$!
     own_processes+=("$sigvane")
 }
@@ -62,9 +71,11 @@ else
 fi
 build release sigvane pump-rig
 copy_example
-start_device
+if wants_device "$@"; then
+    start_device
+fi
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-    step "starting Sigvane; closing its window ends the device too"
+    step "starting Sigvane; closing its window ends everything"
     start_sigvane "$@"
     wait "$sigvane"
 else
