@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kMaxWidth = 400; // pixels; a long name must not push its neighbours out of the toolbar
+constexpr int kMaxWidth = 260; // pixels; a long name must not push its neighbours out of the toolbar
 
 } // namespace
 

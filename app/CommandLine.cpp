@@ -41,6 +41,11 @@ CommandLine CommandLine::fromArguments(const QCoreApplication& application)
     wanted.portName = value(port);
     wanted.playFile = value(play);
     wanted.record = parser.isSet(record);
+    if (wanted.record && wanted.playFile) {
+        wanted.playFile.reset();
+        wanted.problems.append(
+            QCoreApplication::translate("CommandLine", "Not both --record and --play: recording"));
+    }
     const QStringList strays = parser.positionalArguments();
     for (const QString& stray : strays)
         wanted.problems.append(QCoreApplication::translate("CommandLine", "Not an option: %1").arg(stray));

@@ -12,6 +12,7 @@ EventRouting::EventRouting(ValueRouter* router, const DesignScene* scene, QObjec
     , m_scene(scene)
 {}
 
+// States, errors and messages of a device are shown in a replay too; only its values keep out of it.
 void EventRouting::connectSerial(SerialManager* serial, SignalRecorder* recorder)
 {
     connect(serial, &SerialManager::lineParsed, this,

@@ -11,7 +11,7 @@ class SignalRecorder;
 class ValueRouter;
 
 // Connects what speaks (the serial port, a replay) to what listens (the router, the recorder, the plots), in
-// the order in which they must hear it. Everything it connects outlives it or ends with it; it keeps nothing.
+// the order in which they must hear it. It owns none of them and decides nothing.
 class EventRouting : public QObject
 {
     Q_OBJECT

@@ -1,31 +1,10 @@
 #include "app/IoToolBar.h"
 
 #include "app/ClickableLabel.h"
+#include "app/PositionSlider.h"
 #include "playback/SignalPlaybackEngine.h"
 
 #include <QLabel>
-#include <QProxyStyle>
-#include <QSlider>
-
-namespace {
-
-/// A click beside the handle takes the handle there, as in any player, instead of a step in that direction.
-class PositionSliderStyle : public QProxyStyle
-{
-public:
-    PositionSliderStyle()
-        : QProxyStyle(QStringLiteral("Fusion"))
-    {}
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* returned) const override
-    {
-        if (hint == SH_Slider_AbsoluteSetButtons)
-            return Qt::LeftButton;
-        return QProxyStyle::styleHint(hint, option, widget, returned);
-    }
-};
-
-} // namespace
 
 IoToolBar::IoToolBar(QWidget* parent)
     : CompactToolBar(tr("I/O"), QStringLiteral("tb_io"), parent)
@@ -37,15 +16,12 @@ IoToolBar::IoToolBar(QWidget* parent)
     addWidget(m_fileLabel);
     addSpacer(20);
 
-    m_position = new QSlider(Qt::Horizontal, this);
+    m_position = new PositionSlider(this);
     m_position->setRange(0, SignalPlaybackEngine::kPositionSteps);
     m_position->setMinimumWidth(300);
     m_position->setMaximumWidth(500);
     m_position->setToolTip(tr("Position in the recording"));
     m_position->setAccessibleName(tr("Position in the recording"));
-    auto* style = new PositionSliderStyle;
-    style->setParent(m_position);
-    m_position->setStyle(style);
     addWidget(m_position);
     addSpacer(20);
 

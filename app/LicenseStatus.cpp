@@ -6,6 +6,12 @@
 #include <QMessageBox>
 #include <QTimer>
 
+namespace {
+
+constexpr int kUnlicensedWidgets = 5;
+
+} // namespace
+
 LicenseStatus::LicenseStatus(ControlsToolBar* chip, QWidget* dialogParent)
     : QObject(dialogParent)
     , m_chip(chip)
@@ -27,6 +33,16 @@ void LicenseStatus::setCheck(LicenseCheck* check)
 bool LicenseStatus::isLicensed() const { return m_check && m_check->isLicensed(); }
 
 void LicenseStatus::show() const { QMessageBox::information(m_dialogParent, tr("License"), text()); }
+
+bool LicenseStatus::allowsWidget(int present) const
+{
+    if (isLicensed() || present < kUnlicensedWidgets)
+        return true;
+    QMessageBox::information(
+        m_dialogParent, tr("Limit reached"),
+        tr("In the unlicensed version you can add up to %1 widgets.").arg(kUnlicensedWidgets));
+    return false;
+}
 
 bool LicenseStatus::allowsExport() const
 {

@@ -22,6 +22,8 @@ public:
     void setCheck(LicenseCheck* check);
     bool isLicensed() const;
     void show() const;
+    /// Whether one more widget fits on a canvas of that many; when not, a box says so.
+    [[nodiscard]] bool allowsWidget(int present) const;
     /// Whether signals may be exported; when not, a box says so and the licence's own one follows it.
     [[nodiscard]] bool allowsExport() const;
 

@@ -3,7 +3,6 @@
 #include "playback/SignalRecorder.h"
 #include "widgets/FileNumbers.h"
 
-#include <QFileInfo>
 #include <QLocale>
 #include <QStringList>
 
@@ -12,7 +11,7 @@
 namespace {
 
 constexpr int kRefreshMs = 500;
-constexpr int kTextWidth = 420; // pixels
+constexpr int kTextWidth = 400; // pixels
 
 int plural(qint64 count) { return boundedInt(double(count), 0, INT_MAX, INT_MAX); }
 
@@ -48,12 +47,11 @@ void RecordingStatus::refresh()
 
 QString RecordingStatus::statusText() const
 {
-    const QString name = QFileInfo(m_recorder->path()).fileName();
     QStringList parts;
     if (!m_recorder->error().isEmpty())
         parts.append(tr("Recording does not grow: %1").arg(m_recorder->error()));
     else
-        parts.append(m_recorder->isRecording() ? tr("● %1").arg(name) : name);
+        parts.append(m_recorder->isRecording() ? tr("● Recording") : tr("Recorded"));
     if (m_recorder->lostLines() > 0)
         parts.append(tr("%Ln line(s) lost", nullptr, plural(m_recorder->lostLines())));
     parts.append(tr("%Ln line(s)", nullptr, plural(m_recorder->lineCount())));

@@ -1,7 +1,6 @@
 #include "app/Sigvane.h"
 
 #include "app/ClickableLabel.h"
-#include "app/CommandLine.h"
 #include "app/ConnectionStatus.h"
 #include "app/ControlsToolBar.h"
 #include "app/EventRouting.h"
@@ -12,6 +11,7 @@
 #include "app/RecordingControl.h"
 #include "app/RecordingStatus.h"
 #include "app/SerialControls.h"
+#include "app/StartUp.h"
 #include "app/StatusLine.h"
 #include "app/ValueRouter.h"
 #include "app/WidgetPalette.h"
@@ -32,7 +32,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
@@ -42,6 +41,15 @@
 namespace {
 
 constexpr QSize kInitialSize(1440, 900);
+
+PlaybackController::Mode playbackMode(Sigvane::Mode mode)
+{
+    using enum PlaybackController::Mode;
+    return mode == Sigvane::Play     ? Playing
+           : mode == Sigvane::Pause  ? Paused
+           : mode == Sigvane::Record ? Recording
+                                     : Live;
+}
 
 } // namespace
 
@@ -169,6 +177,7 @@ void Sigvane::setupPlayback()
     const PlaybackController::Controls controls{m_io->positionSlider(), m_io->fileLabel(), m_io->timeLabel(),
                                                 m_export->speedBox(), m_export->recordingDefinitionsBox()};
     m_playback = new PlaybackController(m_engine, m_scene, &m_definitions, controls, this);
+    connect(m_serial, &SerialManager::rawLineReceived, m_playback, &PlaybackController::onLiveLine);
     connect(m_playback, &PlaybackController::playRequested, this, &Sigvane::playButton);
     connect(m_playback, &PlaybackController::idleRequested, this, [this] {
         if (!m_nextMode) // what the user asked for meanwhile counts
@@ -220,10 +229,12 @@ void Sigvane::setMode(Mode mode)
         return;
     }
     m_changingMode = true;
+    m_status->setModeChanging(true);
     changeMode(mode);
     while (m_nextMode)
         changeMode(*std::exchange(m_nextMode, std::nullopt));
     m_changingMode = false;
+    m_status->setModeChanging(false);
 }
 
 void Sigvane::changeMode(Mode mode)
@@ -233,11 +244,15 @@ void Sigvane::changeMode(Mode mode)
         return;
     }
     leaveMode(m_mode);
+    if (m_nextMode) // the user has thought better of it while the old one was left
+        mode = *std::exchange(m_nextMode, std::nullopt);
+    else if (m_mode == Record && mode == Play && m_engine->wasLoadCancelled())
+        mode = Idle;
     // A mode that refuses leaves only the old one's number: what it ended stays ended.
     if (enterMode(mode))
         m_mode = mode;
     m_router->setLive(m_mode != Play && m_mode != Pause);
-    m_playback->setPlayMode(m_mode == Play);
+    m_playback->setMode(playbackMode(m_mode));
     updateStatusLabel(m_mode);
     updateStopActionUi();
 }
@@ -346,6 +361,7 @@ bool Sigvane::event(QEvent* event) { return event->type() == QEvent::StatusTip |
 void Sigvane::closeEvent(QCloseEvent* event)
 {
     m_engine->cancelLoading();
+    m_csvExport->cancel();
     stopRecording(false);
     QMainWindow::closeEvent(event);
 }
@@ -392,13 +408,8 @@ void Sigvane::normalizeZOrder(QGraphicsScene* scene) { ::normalizeZOrder(scene);
 
 void Sigvane::addWidget(const QString& typeName)
 {
-    const QList<DashboardItem*> items = m_scene->dashboardItems();
-    if (!m_license->isLicensed() && items.size() >= kUnlicensedWidgets) {
-        QMessageBox::information(
-            this, tr("Limit reached"),
-            tr("In the unlicensed version you can add up to %1 widgets.").arg(kUnlicensedWidgets));
+    if (!m_license->allowsWidget(int(m_scene->dashboardItems().size())))
         return;
-    }
     if (DashboardItem* item = m_scene->addNewWidget(typeName))
         item->setDesignMode(m_mode == Design);
 }
@@ -425,8 +436,7 @@ void Sigvane::clearData() { clearPlots(*m_scene); }
 
 double Sigvane::dominantTrendWindowSeconds() const { return ::dominantTrendWindowSeconds(*m_scene); }
 
-// --- Replay and export
-// ---------------------------------------------------------------------------------------
+// --- Replay and export -------------------------------------------------------------------------------------
 
 void Sigvane::selectPlaybackFile() { m_playback->selectPlaybackFile(); }
 
@@ -477,24 +487,8 @@ void Sigvane::onProjectChanged()
 
 void Sigvane::startWith(const CommandLine& wanted)
 {
-    QStringList problems = wanted.problems;
-    if (wanted.projectDir || wanted.definitionsFile)
-        problems += m_project->openWanted(wanted.projectDir, wanted.definitionsFile);
-    else
-        loadLastProjectOrPrompt();
-    if (wanted.layoutFile) {
-        const QString problem = LayoutFile(this, m_scene).loadFrom(*wanted.layoutFile);
-        if (!problem.isEmpty())
-            problems.append(tr("%1 %2").arg(problem, *wanted.layoutFile));
-    }
-    if (wanted.record)
-        connect(m_serialControls, &SerialControls::opened, this, &Sigvane::recordButton,
-                Qt::SingleShotConnection);
-    if (wanted.baudRate > 0)
-        m_serialControls->setBaudRate(wanted.baudRate);
-    if (wanted.portName && !m_serialControls->openPort(*wanted.portName))
-        problems.append(tr("Could not open the port %1").arg(*wanted.portName));
-    m_status->reportProblems(problems);
-    if (wanted.playFile) // from the event loop, when the window is there
-        QTimer::singleShot(0, this, [this, path = *wanted.playFile] { startPlayback(path); });
+    auto* start = new StartUp(m_project, m_serialControls, m_status, this, m_scene);
+    connect(start, &StartUp::recordRequested, this, &Sigvane::recordButton);
+    connect(start, &StartUp::playRequested, this, &Sigvane::startPlayback);
+    start->run(wanted);
 }

@@ -38,9 +38,6 @@ public:
     enum Mode { Design = 0, Record = 1, Play = 2, Pause = 3, Idle = 4 };
     Q_ENUM(Mode)
 
-    /// The smallest number of widgets at which an unlicensed canvas is full.
-    static constexpr int kUnlicensedWidgets = 5;
-
     explicit Sigvane(QWidget* parent = nullptr);
     ~Sigvane() override;
 

@@ -1,8 +1,10 @@
 #include "app/StatusLine.h"
 
 #include <QStatusBar>
+#include <QTimer>
 
 #include <cstdio>
+#include <utility>
 
 StatusLine::StatusLine(QStatusBar* bar)
     : QObject(bar)
@@ -19,7 +21,20 @@ void StatusLine::showMode(const QString& text)
 
 void StatusLine::showMessage(const QString& text, int milliseconds)
 {
-    m_bar->showMessage(text, milliseconds);
+    if (m_modeChanging && milliseconds > 0) {
+        m_waitingMessage = text;
+        m_waitingMs = milliseconds;
+    } else {
+        m_bar->showMessage(text, milliseconds);
+    }
+}
+
+void StatusLine::setModeChanging(bool changing)
+{
+    m_modeChanging = changing;
+    const QString text = std::exchange(m_waitingMessage, QString());
+    if (!changing && !text.isEmpty())
+        QTimer::singleShot(0, this, [this, text, ms = m_waitingMs] { m_bar->showMessage(text, ms); });
 }
 
 void StatusLine::showNotice(const QString& text)

@@ -20,6 +20,8 @@ public:
     /// milliseconds of 0 keep the message until the next one.
     void showMessage(const QString& text, int milliseconds);
     void showNotice(const QString& text);
+    /// While the mode is changing, the last message for a time waits until the new mode has been shown.
+    void setModeChanging(bool changing);
     /// Says what could not be done at start, as a notice and on standard error, a line each.
     void reportProblems(const QStringList& problems);
     /// Back to the mode, if a notice is what is shown.
@@ -31,4 +33,7 @@ private:
     QStatusBar* m_bar;
     QString m_mode;
     QString m_notice;
+    bool m_modeChanging = false;
+    QString m_waitingMessage;
+    int m_waitingMs = 0;
 };

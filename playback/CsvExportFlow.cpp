@@ -32,6 +32,7 @@ void CsvExportFlow::exportSignals(std::shared_ptr<const SignalRecording> recordi
     if (m_running || !recording)
         return;
     const QScopedValueRollback running(m_running, true);
+    m_cancelled = false;
     exportChosenSignals(*recording);
 }
 
@@ -72,6 +73,7 @@ void CsvExportFlow::exportEvents(std::shared_ptr<const SignalRecording> recordin
     if (m_running || !recording)
         return;
     const QScopedValueRollback running(m_running, true);
+    m_cancelled = false;
     const QString path = askForFile(QStringLiteral("events.csv"));
     if (path.isEmpty())
         return;
@@ -98,13 +100,14 @@ QString CsvExportFlow::askForFile(const QString& defaultName) const
 CsvResult CsvExportFlow::writeFile(const QString& path, const QString& title, const Writer& writer) const
 {
     const QFileInfo existing(path);
+    // Without its fallback to writing in place: what is there must survive a cancelled export.
     auto file = std::make_unique<QSaveFile>(path);
     // What is there but no regular file must not be replaced by one, and a pipe would not even open.
     if ((existing.exists() && !existing.isFile()) || !file->open(QIODevice::WriteOnly)) {
         warnPlainly(m_dialogParent, title, tr("Could not open file for writing."));
         return CsvResult::WriteFailed;
     }
-    const CsvResult result = writeRows(*file, writer);
+    const CsvResult result = writeRows(*file, title, writer);
     const QString reason = file->errorString();
     file.reset(); // takes what it wrote along before a box stands open
     if (result == CsvResult::WriteFailed)
@@ -112,10 +115,11 @@ CsvResult CsvExportFlow::writeFile(const QString& path, const QString& title, co
     return result;
 }
 
-CsvResult CsvExportFlow::writeRows(QSaveFile& file, const Writer& writer) const
+CsvResult CsvExportFlow::writeRows(QSaveFile& file, const QString& title, const Writer& writer) const
 {
-    WorkProgress progress(tr("Exporting %1…").arg(fileName(file.fileName())), m_dialogParent);
-    CsvResult result = writer(file, [&progress](double done) { return progress.update(done); });
+    WorkProgress progress(title, tr("Exporting %1…").arg(fileName(file.fileName())), m_dialogParent);
+    CsvResult result =
+        writer(file, [this, &progress](double done) { return progress.update(done) && !m_cancelled; });
     // A full disk may show only in the flush; commit() alone would report success.
     if (result == CsvResult::Written && !(file.flush() && file.commit()))
         result = CsvResult::WriteFailed;

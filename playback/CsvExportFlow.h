@@ -26,6 +26,8 @@ public:
     void setExportFolder(const QString& dir) { m_folder = dir; }
     void exportSignals(std::shared_ptr<const SignalRecording> recording);
     void exportEvents(std::shared_ptr<const SignalRecording> recording);
+    /// Ends an export that is under way as if the user had.
+    void cancel() { m_cancelled = true; }
 
 Q_SIGNALS:
     void statusMessage(const QString& text, int milliseconds);
@@ -39,10 +41,11 @@ private:
     QString askForFile(const QString& defaultName) const;
     /// WriteFailed also when the file cannot be opened; a box has told the user then.
     CsvResult writeFile(const QString& path, const QString& title, const Writer& writer) const;
-    CsvResult writeRows(QSaveFile& file, const Writer& writer) const;
+    CsvResult writeRows(QSaveFile& file, const QString& title, const Writer& writer) const;
 
     const ActiveDefinitions* m_definitions;
     QWidget* m_dialogParent;
     QString m_folder;
     bool m_running = false;
+    bool m_cancelled = false; ///< the present export shall end
 };

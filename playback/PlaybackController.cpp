@@ -21,6 +21,7 @@
 #include <QStandardPaths>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -78,7 +79,7 @@ void PlaybackController::connectControls()
 void PlaybackController::connectSlider()
 {
     QSlider* slider = m_controls.position;
-    slider->setEnabled(m_engine->hasFrames());
+    enableSlider();
     connect(m_engine, &SignalPlaybackEngine::positionChanged, slider, &QSlider::setValue);
     connect(slider, &QSlider::sliderPressed, this, &PlaybackController::beginScrub);
     connect(slider, &QSlider::sliderMoved, this, [this](int step) { m_scrubStep = step; });
@@ -102,7 +103,7 @@ void PlaybackController::selectPlaybackFile()
         setFile(path);
         if (loadChosen() != Loading::Loaded)
             return;
-        prepareSignalParserForPlaybackFile(path);
+        prepareSignalParserForPlaybackFile(m_file);
     }
     clearDataMarkers(*m_scene);
 }
@@ -121,12 +122,14 @@ void PlaybackController::startPlayback(const QString& path)
 {
     if (m_engine->isLoading())
         return;
+    if (m_mode == Mode::Recording)
+        Q_EMIT idleRequested(); // a recording that ends becomes the chosen one: let that come first
     setFile(path);
     prepareSignalParserForPlaybackFile(path);
     if (loadChosen() != Loading::Loaded)
         return;
     Q_EMIT playRequested();
-    if (!m_playMode)
+    if (m_mode != Mode::Playing)
         return; // entering Play was cancelled
     rewindIfAtEnd();
     if (!m_engine->isPlaying()) // entering Play has started it already, unless the window was in Play before
@@ -140,7 +143,7 @@ bool PlaybackController::ensurePlaybackLoaded()
     if (m_file.isEmpty())
         return false;
     selectActiveSignalParserFor(m_file);
-    if (load(m_file) != Loading::Loaded)
+    if (load() != Loading::Loaded)
         return false;
     m_engine->resetStartTime();
     updatePlaybackFileDisplay();
@@ -160,7 +163,7 @@ void PlaybackController::showRecorded(const QString& path)
 {
     setFile(path);
     selectActiveSignalParserFor(path);
-    load(path);
+    load();
     m_engine->resetStartTime();
 }
 
@@ -180,32 +183,41 @@ void PlaybackController::updatePlaybackFileDisplay()
 
 PlaybackController::Loading PlaybackController::loadChosen()
 {
-    const Loading result = load(m_file);
+    const Loading result = load();
     if (result == Loading::Failed)
         QMessageBox::warning(m_dialogParent, tr("Error"), tr("Failed to load playback file"));
     return result;
 }
 
-// The window is alive meanwhile: a device may go away, the mode may change.
-PlaybackController::Loading PlaybackController::load(const QString& path)
+// The window is alive meanwhile: a device may go away, the mode may change, another recording be chosen.
+PlaybackController::Loading PlaybackController::load()
 {
-    if (m_engine->isLoading())
+    if (m_engine->isLoading()) {
+        m_engine->cancelLoading(); // the one under way goes on with what is chosen now
         return Loading::Cancelled;
-    WorkProgress progress(tr("Loading %1…").arg(QFileInfo(path).fileName()), m_dialogParent);
-    const auto onProgress = [this, &progress](double done) {
-        if (!progress.update(done))
-            m_engine->cancelLoading();
-    };
-    const auto connection = connect(m_engine, &SignalPlaybackEngine::loadProgressed, this, onProgress);
-    const bool loaded = m_engine->loadFromFile(path);
-    disconnect(connection);
+    }
+    releaseSlider();
+    bool loaded = false;
+    QString path;
+    do {
+        path = m_file;
+        WorkProgress progress(tr("Loading"), tr("Loading %1…").arg(QFileInfo(path).fileName()),
+                              m_dialogParent);
+        const auto onProgress = [this, &progress](double done) {
+            if (!progress.update(done))
+                m_engine->cancelLoading();
+        };
+        const auto connection = connect(m_engine, &SignalPlaybackEngine::loadProgressed, this, onProgress);
+        loaded = m_engine->loadFromFile(path);
+        disconnect(connection);
+    } while (path != m_file);
 
     // A position that belongs to another recording means nothing in this one.
     if (loaded && path != m_positionFile) {
         m_positionFile = path;
         m_engine->resetStartTime();
     }
-    m_controls.position->setEnabled(m_engine->hasFrames());
+    enableSlider();
     showTime(m_controls.position->value()); // the end of the recording is another one
     if (loaded)
         return Loading::Loaded;
@@ -251,16 +263,29 @@ void PlaybackController::handOverStateGroups()
 
 // --- Modes -------------------------------------------------------------------------------------------------
 
+void PlaybackController::setMode(Mode mode)
+{
+    m_mode = mode;
+    enableSlider();
+}
+
+// Not while a recording runs: a jump clears the consoles and takes the plots off the live values.
+void PlaybackController::enableSlider()
+{
+    m_controls.position->setEnabled(m_engine->hasFrames() && m_mode != Mode::Recording);
+}
+
 void PlaybackController::enterPlay()
 {
-    m_playMode = true;
+    releaseSlider();
+    m_mode = Mode::Playing;
     if (m_file.isEmpty()) {
         QMessageBox::warning(m_dialogParent, tr("No File"), tr("No playback file selected."));
         return;
     }
     selectActiveSignalParserFor(m_file);
     const Loading result = loadChosen();
-    if (!m_playMode)
+    if (m_mode != Mode::Playing)
         return; // left again while it was loading or while a box stood open
     if (result == Loading::Cancelled) {
         Q_EMIT idleRequested();
@@ -268,20 +293,34 @@ void PlaybackController::enterPlay()
     }
     rewindIfAtEnd();
     setExternalTimeEnabled(*m_scene, false);
+    m_plotsOnReplayTime = true;
     m_engine->startPlayback(); // without frames it finishes at once, which leads back to Idle
 }
 
 void PlaybackController::leavePlay()
 {
-    m_playMode = false;
+    m_mode = Mode::Paused;
+    releaseSlider();
     m_engine->cancelLoading();
     m_engine->stopPlayback();
 }
 
 void PlaybackController::enterIdle()
 {
+    releaseSlider();
     m_engine->resetStartTime();
     setExternalTimeEnabled(*m_scene, false);
+    m_plotsOnReplayTime = false; // the window empties them
+}
+
+// What the plots hold has times of the replay, which would come before all live ones.
+void PlaybackController::onLiveLine()
+{
+    if (!m_plotsOnReplayTime || m_scrubbing || m_mode == Mode::Playing || m_mode == Mode::Paused)
+        return;
+    m_plotsOnReplayTime = false;
+    setExternalTimeEnabled(*m_scene, false);
+    clearPlots(*m_scene);
 }
 
 void PlaybackController::rewindIfAtEnd()
@@ -309,6 +348,7 @@ void PlaybackController::beginScrub()
     if (m_engine->isPlaying())
         m_engine->stopPlayback();
     m_scrubbing = true;
+    m_plotsOnReplayTime = true;
     m_scrubStep = m_controls.position->value();
     const QList<TrendPlotWidget*> plots = trendPlots();
     for (TrendPlotWidget* plot : plots) {
@@ -336,8 +376,18 @@ void PlaybackController::endScrub()
     const QList<TrendPlotWidget*> plots = trendPlots();
     for (TrendPlotWidget* plot : plots)
         plot->endBulkLoad();
-    if (m_playMode)
+    if (m_mode == Mode::Playing)
         m_engine->startPlayback();
+}
+
+// A box, a loading or another mode may come up while the slider is held, and take its release away.
+void PlaybackController::releaseSlider()
+{
+    if (!m_scrubbing)
+        return;
+    const Mode mode = std::exchange(m_mode, Mode::Paused); // without resuming
+    m_controls.position->setSliderDown(false);
+    m_mode = mode;
 }
 
 // Keys, the wheel and a click in the groove come without press and release. The slider's position is the new

@@ -43,8 +43,13 @@ public:
     QString playbackFile() const { return m_file; }
     /// Empty without a project.
     void setProjectFolder(const QString& dir) { m_projectFolder = dir; }
-    /// Whether the window is in Play: then a released slider resumes the replay.
-    void setPlayMode(bool on) { m_playMode = on; }
+    /// What the window is doing, told after each change: a released slider resumes the replay only while
+    /// playing, and must not reach into a recording.
+    enum class Mode { Live, Recording, Playing, Paused };
+    void setMode(Mode mode);
+    /// Told of every live line before its values are shown. The first one after a replay or a jump brings the
+    /// plots back to the clock, empty.
+    void onLiveLine();
 
     /// Lets the user choose a recording and loads it.
     void selectPlaybackFile();
@@ -81,12 +86,13 @@ private:
     void connectControls();
     void connectSlider();
 
-    Loading load(const QString& path);
+    Loading load();
+    void releaseSlider();
+    void enableSlider();
     /// Loads the file that the user chose just now; a box tells when it cannot be read.
     Loading loadChosen();
     QString pickFile() const;
     void setFile(const QString& path);
-    void chooseDefinitions(const QString& path);
     void handOverStateGroups();
     void rewindIfAtEnd();
 
@@ -108,7 +114,8 @@ private:
     QString m_projectFolder;
     QString m_file;
     QString m_positionFile; ///< the recording that the engine's position is one of
-    bool m_playMode = false;
+    Mode m_mode = Mode::Live;
+    bool m_plotsOnReplayTime = false;
 
     bool m_scrubbing = false;
     int m_scrubStep = -1; ///< where the slider was last while scrubbing; −1 for nowhere yet

@@ -17,8 +17,9 @@ constexpr int kTextWidth = 440;
 
 } // namespace
 
-WorkProgress::WorkProgress(const QString& text, QWidget* parent)
-    : m_text(text)
+WorkProgress::WorkProgress(const QString& title, const QString& text, QWidget* parent)
+    : m_title(title)
+    , m_text(text)
     , m_parent(parent)
 {
     m_clock.start();
@@ -46,6 +47,7 @@ bool WorkProgress::update(double done)
 void WorkProgress::showDialog()
 {
     m_dialog = new QProgressDialog(m_parent);
+    m_dialog->setWindowTitle(m_title);
     m_dialog->setWindowModality(Qt::WindowModal);
     m_dialog->setAutoReset(false);
     m_dialog->setAutoClose(false);

@@ -17,7 +17,7 @@ class WorkProgress
     Q_DECLARE_TR_FUNCTIONS(WorkProgress)
 
 public:
-    WorkProgress(const QString& text, QWidget* parent);
+    WorkProgress(const QString& title, const QString& text, QWidget* parent);
     ~WorkProgress();
     WorkProgress(const WorkProgress&) = delete;
     WorkProgress& operator=(const WorkProgress&) = delete;
@@ -28,6 +28,7 @@ public:
 private:
     void showDialog();
 
+    QString m_title;
     QString m_text;
     QPointer<QWidget> m_parent;
     QPointer<QProgressDialog> m_dialog;
