@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int kStoppedMessageMs = 3000;
+constexpr int kProblemMessageMs = 5000;
 
 } // namespace
 
@@ -37,6 +38,7 @@ bool RecordingControl::start(const QString& projectDir)
     const QString definitions = project.filePath(QStringLiteral("dashboard_signals.def"));
     if (!m_recorder->start(folder, definitions, QDateTime::currentDateTime())) {
         QMessageBox::warning(m_dialogParent, tr("Record"), tr("Could not open file for writing."));
+        Q_EMIT statusMessage(m_recorder->startProblem(), kProblemMessageMs);
         return false;
     }
     Q_EMIT changed();

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr int kRefreshMs = 500;
-constexpr int kTextWidth = 400; // pixels
+constexpr int kTextWidth = 480; // pixels
 
 int plural(qint64 count) { return boundedInt(double(count), 0, INT_MAX, INT_MAX); }
 
@@ -47,14 +47,13 @@ void RecordingStatus::refresh()
 
 QString RecordingStatus::statusText() const
 {
-    QStringList parts;
-    if (!m_recorder->error().isEmpty())
-        parts.append(tr("Recording does not grow: %1").arg(m_recorder->error()));
-    else
-        parts.append(m_recorder->isRecording() ? tr("● Recording") : tr("Recorded"));
-    if (m_recorder->lostLines() > 0)
-        parts.append(tr("%Ln line(s) lost", nullptr, plural(m_recorder->lostLines())));
-    parts.append(tr("%Ln line(s)", nullptr, plural(m_recorder->lineCount())));
-    parts.append(QLocale().formattedDataSize(m_recorder->byteCount(), 1, QLocale::DataSizeSIFormat));
+    const SignalRecorder& recorder = *m_recorder;
+    QStringList parts(recorder.isRecording() ? tr("● Recording") : tr("Recorded"));
+    parts.append(tr("%Ln line(s)", nullptr, plural(recorder.lineCount())));
+    parts.append(QLocale().formattedDataSize(recorder.byteCount(), 1, QLocale::DataSizeSIFormat));
+    if (recorder.lostLines() > 0)
+        parts.append(tr("%Ln line(s) lost", nullptr, plural(recorder.lostLines())));
+    if (!recorder.error().isEmpty())
+        parts.append(tr("does not grow: %1").arg(recorder.error()));
     return parts.join(QStringLiteral(" · "));
 }

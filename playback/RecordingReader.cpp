@@ -77,6 +77,7 @@ bool RecordingReader::readPiece()
     m_buffer.resize(m_searched + kPieceBytes);
     const qint64 count = m_file.read(m_buffer.data() + m_searched, kPieceBytes);
     m_buffer.resize(m_searched + std::max(count, qint64(0)));
+    m_failed = count < 0;
     if (count <= 0)
         m_file.close();
     return count > 0;

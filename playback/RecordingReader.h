@@ -15,9 +15,11 @@ public:
 
     /// False when there is no such regular file or it may not be read.
     [[nodiscard]] bool open();
-    /// Reads on for about that long, a line or a piece of a long one at least; false when the end was
-    /// reached.
+    /// Reads on for about that long, false when the end was reached. A very long line is read in pieces, but
+    /// taken apart at once.
     [[nodiscard]] bool readSlice(int milliseconds);
+    /// Whether the file could not be read to its end.
+    bool hasFailed() const { return m_failed; }
     /// How much of the file has been read, 0 to 1.
     double progress() const;
     /// What was read so far; the reader is empty then.
@@ -30,6 +32,7 @@ private:
 
     QFile m_file;
     qint64 m_fileSize = 0;
+    bool m_failed = false;
     QByteArray m_buffer;
     qsizetype m_lineBegin = 0; // in the buffer; the lines before it have been read
     qsizetype m_searched = 0;  // in the buffer; there is no line feed between m_lineBegin and this

@@ -17,7 +17,7 @@ namespace {
 constexpr int kTickMs = 50;
 constexpr int kSliceMs = 20;
 constexpr qint64 kLongestAdvanceMs = 1999;
-constexpr qint64 kSlowEmissionMs = 100;
+constexpr qint64 kTickBudgetMs = 40;    ///< of emitting, so that the window stays alive
 constexpr double kSmallestScale = 1e-9; // seconds
 
 } // namespace
@@ -73,7 +73,7 @@ SignalRecording SignalPlaybackEngine::readRecording(const QString& path)
         more = reader.readSlice(kSliceMs);
         Q_EMIT loadProgressed(reader.progress());
     }
-    return m_loadCancelled ? SignalRecording() : reader.takeRecording();
+    return m_loadCancelled || reader.hasFailed() ? SignalRecording() : reader.takeRecording();
 }
 
 void SignalPlaybackEngine::cancelLoading()
@@ -114,8 +114,10 @@ void SignalPlaybackEngine::startPlayback()
         const QMap<QString, double> values = m_values.at(m_index);
         Q_EMIT signalValuesUpdatedAt(t, values);
     }
-    if (m_jumps == jumps)
-        Q_EMIT playbackTimeAdvanced(position);
+    if (m_jumps != jumps)
+        return;
+    m_clock.start(); // what the listeners took is no time of the replay
+    Q_EMIT playbackTimeAdvanced(position);
 }
 
 void SignalPlaybackEngine::stopPlayback() { m_timer.stop(); }
@@ -128,11 +130,9 @@ void SignalPlaybackEngine::scheduleNextFrame()
     }
     const qint64 reading = m_clock.elapsed();
     const qint64 elapsed = reading - std::exchange(m_previousReading, reading);
+    m_tickBudget.start();
     advance(elapsed);
-    // Listeners that take longer than the tick that they are served would get ever more frames at once: then
-    // the replay slows down instead.
-    if (m_clock.isValid() && m_clock.elapsed() - reading > kSlowEmissionMs)
-        m_previousReading = m_clock.elapsed();
+    m_tickBudget.invalidate();
 }
 
 void SignalPlaybackEngine::advance(qint64 elapsedMs)
@@ -167,11 +167,19 @@ void SignalPlaybackEngine::emitDueFrames()
     const std::shared_ptr<const SignalRecording> recording = m_recording;
     const quint64 jumps = m_jumps;
     const bool wasPlaying = isPlaying();
+    const double playTimeBefore = m_playTime;
     // "Not after", as a time that is not a number is no reason to wait.
     while (m_index < recording->frameCount() && !(recording->timestamp(m_index) > m_playTime)) {
         emitFrame(*recording, m_index++);
         if (m_jumps != jumps || isPlaying() != wasPlaying)
             return;
+        if (m_tickBudget.isValid() && m_tickBudget.hasExpired(kTickBudgetMs)) {
+            // More than the listeners can take: the replay slows down to where it is.
+            const double reached = recording->timestamp(m_index - 1);
+            if (m_index < recording->frameCount() && reached < m_playTime && reached > playTimeBefore)
+                m_playTime = m_position = reached;
+            return;
+        }
     }
 }
 

@@ -123,6 +123,7 @@ private:
     QTimer m_timer;
     QElapsedTimer m_clock;
     qint64 m_previousReading = 0; // of m_clock, in milliseconds
+    QElapsedTimer m_tickBudget;   // runs during a tick of the timer
     double m_rate = 1.0;
     QStringList m_knownStateGroups;
     double m_historyWindow = 10.0;

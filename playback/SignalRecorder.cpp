@@ -30,16 +30,22 @@ SignalRecorder::~SignalRecorder() { stop(); }
 
 bool SignalRecorder::start(const QString& folder, const QString& definitionsFile, const QDateTime& now)
 {
-    if (m_recording || folder.isEmpty())
+    m_startProblem = m_recording        ? tr("A recording is running.")
+                     : folder.isEmpty() ? tr("There is no project to record in.")
+                                        : QString();
+    if (!m_startProblem.isEmpty())
         return false;
     QDir().mkpath(folder);
     const QString path = QDir(folder).filePath(now.toString(QStringLiteral("'log_'yyyyMMdd_HHmmss'.rec'")));
     const QFileInfo existing(path);
-    if (existing.exists() && !existing.isFile()) // a pipe would keep the window waiting for a reader
+    if (existing.exists() && !existing.isFile()) { // a pipe would keep the window waiting for a reader
+        m_startProblem = tr("Not a regular file: %1").arg(path);
         return false;
+    }
     const QString previous = m_file.fileName();
     m_file.setFileName(path);
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+        m_startProblem = tr("%1: %2").arg(path, m_file.errorString());
         m_file.setFileName(previous);
         return false;
     }
@@ -158,10 +164,11 @@ void SignalRecorder::flush()
     }
     if (written < m_waiting.size()) {
         m_error = m_file.errorString();
-        written = QByteArrayView(m_waiting).first(written).lastIndexOf('\n') + 1;
-        m_file.resize(m_bytes + written);
+        const qsizetype whole = QByteArrayView(m_waiting).first(written).lastIndexOf('\n') + 1;
+        if (m_file.resize(m_bytes + whole)) // else the rest of the line follows later
+            written = whole;
     } else {
-        m_error = QFile::exists(path()) ? QString() : tr("The file was removed.");
+        m_error = QFile::exists(path()) ? QString() : tr("The file is no longer in its place.");
     }
     m_lines += QByteArrayView(m_waiting).first(written).count('\n');
     m_bytes += written;

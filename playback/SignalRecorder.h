@@ -29,6 +29,8 @@ public:
     /// Writes what is left and closes the file. Nothing when not recording.
     void stop();
 
+    /// Why the last start() failed; empty when it did not.
+    QString startProblem() const { return m_startProblem; }
     bool isRecording() const { return m_recording; }
     /// The file of the present or the last recording; empty before the first.
     QString path() const { return m_file.fileName(); }
@@ -68,6 +70,7 @@ private:
     qint64 m_bytes = 0;
     qint64 m_lostLines = 0;
     QString m_error;
+    QString m_startProblem;
     bool m_recording = false;
 };
 

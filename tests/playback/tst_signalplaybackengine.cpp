@@ -1,5 +1,7 @@
 #include "playback/SignalPlaybackEngine.h"
 
+#include <QDateTime>
+#include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,6 +17,7 @@ struct Rig : SignalPlaybackEngine
     QTemporaryDir folder;
     QString path = folder.filePath(u"a.rec"_s), answerTo, answer;
     QStringList said;
+    int files = 0;
     const QHash<QString, std::function<void(QString)>> actions{
         {u"load"_s, [this](auto lines) { write(lines), act(u"again"_s); }},
         {u"again"_s, [this](auto) { said << (loadFromFile(path) ? u"loaded"_s : u"not loaded"_s); }},
@@ -32,7 +35,10 @@ struct Rig : SignalPlaybackEngine
             connect(this, signal, this, [this, name](const auto&... what) {
                 QString text;
                 (QDebug(&text).noquote() << name << ... << what);
-                said << text.remove(u"QMap"_s).trimmed();
+                text = text.remove(u"QMap"_s).trimmed();
+                if (text.startsWith("read"_L1) && (text != "read 1"_L1 || said.endsWith(text)))
+                    return; // how many slices it takes is the machine's matter
+                said << text;
                 if (said.last() == answerTo)
                     act(std::exchange(answer, answerTo = QString()));
             });
@@ -43,7 +49,13 @@ struct Rig : SignalPlaybackEngine
         on("no data", &Rig::dataReset), on("read", &Rig::loadProgressed), on("end", &Rig::playbackFinished);
         on("time", &Rig::playbackTimeAdvanced), on("step", &Rig::positionChanged);
     }
-    void write(const QString& lines) const { std::ofstream(path.toStdString()) << lines.toStdString(); }
+    void write(const QString& lines)
+    {
+        std::ofstream(path.toStdString()) << lines.toStdString();
+        QFile file(path); // two files of a moment must not have the same time
+        if (file.open(QIODevice::ReadWrite))
+            file.setFileTime(QDateTime::fromSecsSinceEpoch(++files), QFileDevice::FileModificationTime);
+    }
     void act(const QString& action) { actions[action.section(u'=', 0, 0)](action.section(u'=', 1)); }
 };
 
@@ -53,7 +65,7 @@ static QString whatItSays(QString actions)
     Rig rig;
     for (const QString& action : actions.replace(u'|', u'\n').split(u';'))
         rig.act(action);
-    return rig.said.mid(2).join(u';');
+    return rig.said.mid(rig.said.indexOf(u"loaded"_s) + 1).join(u';');
 }
 
 class SignalPlaybackEngineTest : public QObject
@@ -79,9 +91,9 @@ private Q_SLOTS:
             "no messages;at nan ((A, 2));time inf;values ((A, 2));at nan ((A, 2));values ((A, 2));"
             "at inf ((A, 2));time inf;step 1000;end"_s);
         row("loads what is new",
-            u"load=0;again;on=read 1>stop;load=0 A=2;ms=1;again;on=read 1>again;"
+            u"load=0;again;load=1;on=read 1>stop;load=0 A=2;ms=1;again;on=read 1>again;"
             "load=0 A=234;on=read 1>ms=1;load=# none;seek=1;ms=1"_s,
-            u"loaded;read 1;not loaded;end;read 1;loaded;read 1;not loaded;loaded;read 1;not loaded;end"_s);
+            u"loaded;read 1;loaded;read 1;not loaded;end;read 1;loaded;read 1;not loaded;loaded;read 1;not loaded;end"_s);
         row("a listener stops", u"load=0 ST_M=RUN|0;start;on=values ()>stop;ms=1;start"_s,
             u"at 0 ();time 0;values ();at 0 ();state 0 M RUN;time 0.001;step 1000;time 0.001"_s);
         row("a listener seeks", u"load=0 A=1|1 ERR=5;start;on=at 1 ((A, 1))>seek=nan;ms=1000;ms=1"_s,

@@ -44,7 +44,12 @@ private Q_SLOTS:
         QVERIFY(contents(companionDefinitionsPath(recorder.path())).contains("tst_signalrecorder"));
         recorder.stop();
         QVERIFY(recorder.start(folder, {}, now) && contents(recorder.path()).isEmpty());
-        QVERIFY(!recorder.start(m_dir.path(), {}, now) && QFile::remove(recorder.path()));
+        QVERIFY(!recorder.start(m_dir.path(), {}, now) && !recorder.startProblem().isEmpty());
+        recorder.writeError(7.0, "NEW");
+        recorder.stop();
+        QCOMPARE(contents(recorder.path()), "0.000000 ERR=NEW\n");
+        QVERIFY(recorder.lineCount() == 1 && !QFile::exists(companionDefinitionsPath(recorder.path())));
+        QVERIFY(recorder.start(folder, {}, now) && QFile::remove(recorder.path()));
         QTRY_VERIFY(!recorder.error().isEmpty());
         recorder.stop();
         QVERIFY(::mkfifo(qPrintable(recorder.path()), 0600) == 0 && !recorder.start(folder, {}, now));
