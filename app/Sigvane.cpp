@@ -305,6 +305,7 @@ void Sigvane::exitDesignMode()
 
 bool Sigvane::enterRecordMode()
 {
+    m_playback->enterRecord();
     if (m_recorder->isRecording() || !startRecording())
         return false;
     qDebug("Record mode started");

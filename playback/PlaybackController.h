@@ -72,6 +72,7 @@ public:
     void enterPlay();
     void leavePlay();
     void enterIdle();
+    void enterRecord() { releaseSlider(); }
 
 Q_SIGNALS:
     void playRequested();

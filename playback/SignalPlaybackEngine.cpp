@@ -140,13 +140,14 @@ void SignalPlaybackEngine::advance(qint64 elapsedMs)
     if (m_loading || m_emitting)
         return;
     if (m_index < m_recording->frameCount()) {
+        const double before = m_playTime;
         if (elapsedMs >= 1 && elapsedMs <= kLongestAdvanceMs)
             m_playTime += double(elapsedMs) / 1000.0 * m_rate;
         m_position = m_playTime;
 
         const bool wasPlaying = isPlaying();
         const quint64 jumps = m_jumps;
-        emitDueFrames();
+        emitDueFrames(before);
         if (m_jumps == jumps)
             Q_EMIT playbackTimeAdvanced(m_playTime);
         if (m_jumps == jumps)
@@ -161,13 +162,12 @@ void SignalPlaybackEngine::advance(qint64 elapsedMs)
 
 // Ends early when a listener stops, jumps or loads. One that jumps back at every frame would else keep this
 // going for ever.
-void SignalPlaybackEngine::emitDueFrames()
+void SignalPlaybackEngine::emitDueFrames(double playTimeBefore)
 {
     const QScopedValueRollback emitting(m_emitting, true);
     const std::shared_ptr<const SignalRecording> recording = m_recording;
     const quint64 jumps = m_jumps;
     const bool wasPlaying = isPlaying();
-    const double playTimeBefore = m_playTime;
     // "Not after", as a time that is not a number is no reason to wait.
     while (m_index < recording->frameCount() && !(recording->timestamp(m_index) > m_playTime)) {
         emitFrame(*recording, m_index++);
@@ -176,8 +176,8 @@ void SignalPlaybackEngine::emitDueFrames()
         if (m_tickBudget.isValid() && m_tickBudget.hasExpired(kTickBudgetMs)) {
             // More than the listeners can take: the replay slows down to where it is.
             const double reached = recording->timestamp(m_index - 1);
-            if (m_index < recording->frameCount() && reached < m_playTime && reached > playTimeBefore)
-                m_playTime = m_position = reached;
+            if (m_index < recording->frameCount())
+                m_playTime = m_position = reached > playTimeBefore ? reached : playTimeBefore;
             return;
         }
     }

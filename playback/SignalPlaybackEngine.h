@@ -107,7 +107,7 @@ private:
 
     static FileStamp stampOf(const QString& path);
     SignalRecording readRecording(const QString& path);
-    void emitDueFrames();
+    void emitDueFrames(double playTimeBefore);
     void emitFrame(const SignalRecording& recording, qsizetype frame);
     void emitHistory(const SignalRecording& recording, double t);
     void emitStates(const SignalRecording& recording, qsizetype passed);

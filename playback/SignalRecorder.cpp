@@ -165,8 +165,10 @@ void SignalRecorder::flush()
     if (written < m_waiting.size()) {
         m_error = m_file.errorString();
         const qsizetype whole = QByteArrayView(m_waiting).first(written).lastIndexOf('\n') + 1;
-        if (m_file.resize(m_bytes + whole)) // else the rest of the line follows later
+        if (m_file.resize(m_bytes + whole))
             written = whole;
+        else // the rest of the line follows later, and the failed attempt has moved the place to write to
+            m_file.seek(m_bytes + written);
     } else {
         m_error = QFile::exists(path()) ? QString() : tr("The file is no longer in its place.");
     }
