@@ -46,7 +46,7 @@ private:
     QString m_error;
     qint64 m_lines = 0;
     QElapsedTimer m_sinceOpened;
-    QList<Sample> m_samples;   ///< the last two seconds
-    QElapsedTimer m_sinceLine; ///< since the measurement that found the last line
+    QList<Sample> m_samples{{0, 0}}; ///< the last two seconds
+    QElapsedTimer m_sinceLine;       ///< since the measurement that found the last line
     QTimer m_timer;
 };

@@ -9,6 +9,8 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <optional>
+
 StartUp::StartUp(ProjectFolder* project, SerialControls* serial, StatusLine* status, QMainWindow* window,
                  DesignScene* scene)
     : QObject(window)
@@ -31,7 +33,6 @@ void StartUp::run(const CommandLine& wanted)
         if (!problem.isEmpty())
             problems.append(tr("%1 %2").arg(problem, *wanted.layoutFile));
     }
-    // From the event loop, when the window is there and its boxes have something to stand on.
     if (wanted.record)
         connect(m_serial, &SerialControls::opened, this, &StartUp::recordRequested,
                 Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
@@ -39,10 +40,14 @@ void StartUp::run(const CommandLine& wanted)
         m_serial->setBaudRate(wanted.baudRate);
     if (wanted.portName && !m_serial->openPort(*wanted.portName))
         problems.append(tr("Could not open the port %1").arg(*wanted.portName));
+    // Once the window is there, so that a box has something to stand on, and after the recording has begun:
+    // the change of mode would wipe the problems from the status bar.
+    QTimer::singleShot(0, this, [this, problems, path = wanted.playFile] { finish(problems, path); });
+}
+
+void StartUp::finish(const QStringList& problems, const std::optional<QString>& playFile)
+{
+    if (playFile && m_window->isVisible()) // it is closed when the user wants no project
+        Q_EMIT playRequested(*playFile);
     m_status->reportProblems(problems);
-    const auto play = [this, path = wanted.playFile.value_or(QString())] {
-        if (m_window->isVisible() && !path.isEmpty()) // closed when the user wants no project
-            Q_EMIT playRequested(path);
-    };
-    QTimer::singleShot(0, this, play);
 }

@@ -2,6 +2,9 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
+
+#include <optional>
 
 class DesignScene;
 class ProjectFolder;
@@ -29,6 +32,8 @@ Q_SIGNALS:
     void playRequested(const QString& path);
 
 private:
+    void finish(const QStringList& problems, const std::optional<QString>& playFile);
+
     ProjectFolder* m_project;
     SerialControls* m_serial;
     StatusLine* m_status;

@@ -25,6 +25,7 @@ void StatusLine::showMessage(const QString& text, int milliseconds)
         m_waitingMessage = text;
         m_waitingMs = milliseconds;
     } else {
+        m_waitingMessage.clear();
         m_bar->showMessage(text, milliseconds);
     }
 }
@@ -32,15 +33,20 @@ void StatusLine::showMessage(const QString& text, int milliseconds)
 void StatusLine::setModeChanging(bool changing)
 {
     m_modeChanging = changing;
-    const QString text = std::exchange(m_waitingMessage, QString());
-    if (!changing && !text.isEmpty())
-        QTimer::singleShot(0, this, [this, text, ms = m_waitingMs] { m_bar->showMessage(text, ms); });
+    if (!changing && !m_waitingMessage.isEmpty())
+        QTimer::singleShot(0, this, &StatusLine::showWaiting);
+}
+
+void StatusLine::showWaiting()
+{
+    if (!m_modeChanging && !m_waitingMessage.isEmpty()) // something newer may have come
+        m_bar->showMessage(std::exchange(m_waitingMessage, QString()), m_waitingMs);
 }
 
 void StatusLine::showNotice(const QString& text)
 {
     m_notice = text;
-    m_bar->showMessage(text, 0);
+    showMessage(text, 0);
 }
 
 void StatusLine::reportProblems(const QStringList& problems)

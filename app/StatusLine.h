@@ -29,6 +29,7 @@ public:
 
 private:
     void onMessageChanged(const QString& text);
+    void showWaiting();
 
     QStatusBar* m_bar;
     QString m_mode;

@@ -152,6 +152,8 @@ bool PlaybackController::ensurePlaybackLoaded()
 
 std::shared_ptr<const SignalRecording> PlaybackController::recordingToExport(const QString& boxTitle)
 {
+    if (m_engine->isLoading()) // what is loaded is not what is chosen
+        return nullptr;
     if (ensurePlaybackLoaded())
         return m_engine->recording();
     if (!m_engine->wasLoadCancelled())

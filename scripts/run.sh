@@ -36,6 +36,7 @@ copy_example() {
 # What a device reports would mix with what was recorded.
 wants_device() {
     case " $* " in
+    *" --record "*) return 0 ;;
     *" --play "* | *" --play="*) return 1 ;;
     esac
 }

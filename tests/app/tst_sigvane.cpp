@@ -285,7 +285,7 @@ private Q_SLOTS:
         Rig rig;
         rig.window.startWith(wanted);
         QVERIFY(gSignalParser && gSignalParser->signalList().size() == 1);
-        QVERIFY2(rig.status().contains(*wanted.layoutFile), qPrintable(rig.status()));
+        QTRY_VERIFY2(rig.status().contains(*wanted.layoutFile), qPrintable(rig.status()));
         QCOMPARE(rig.window.findChild<QComboBox*>(u"baudBox"_s)->currentData().toInt(), 9600);
         rig.answer.reject();
         rig.trigger(u"Save Layout"_s);
