@@ -39,13 +39,13 @@ private Q_SLOTS:
         QTemporaryDir dir;
         QProcess program;
         program.setProcessChannelMode(QProcess::MergedChannels);
-        program.start(QStringLiteral(SIGVANE_PROGRAM), {u"--project"_s, dir.path(), u"--baud"_s, u"quick"_s,
-                                                        u"--port"_s, dir.filePath(u"port"_s)});
+        program.start(QStringLiteral(SIGVANE_PROGRAM),
+                      {u"--project"_s, dir.path(), u"--baud"_s, u"quick"_s, u"--port"_s,
+                       dir.filePath(u"port"_s), u"--play"_s, QStringLiteral(SIGVANE_RECORDING)});
         QByteArray said;
-        QTRY_VERIFY2_WITH_TIMEOUT((said += program.readAll()).contains("Could not open the port"), said,
-                                  30'000);
+        QTRY_VERIFY2_WITH_TIMEOUT((said += program.readAll()).contains("[Playback] frames: "), said, 30'000);
         QVERIFY(said.contains("Not a usable project: " + dir.path().toUtf8()));
-        QVERIFY(said.contains("Not a baud rate: quick"));
+        QVERIFY(said.contains("Not a baud rate: quick") && said.contains("Could not open the port"));
         QCOMPARE(program.state(), QProcess::Running);
         program.terminate();
         QVERIFY(program.waitForFinished());
@@ -102,7 +102,7 @@ private Q_SLOTS:
         const qint64 lostMs = killedMs - sentMs.at(qint64(last));
         qInfo("%lld of %lld lines recorded, the last %lld ms are lost", (long long)last + 1,
               (long long)sentMs.size(), (long long)lostMs);
-        QVERIFY(lostMs < 1300); // a second, and what a busy machine adds
+        QVERIFY(lostMs < 2000); // a second, and what a busy machine adds
     }
 };
 

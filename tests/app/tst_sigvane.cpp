@@ -1,5 +1,6 @@
 #include "app/CommandLine.h"
 #include "app/ProjectIntroDialog.h"
+#include "app/RecordingStatus.h"
 #include "app/Sigvane.h"
 #include "app/ValueRouter.h"
 #include "app/WidgetPalette.h"
@@ -9,16 +10,23 @@
 #include "playback/PlaybackController.h"
 #include "playback/SignalPlaybackEngine.h"
 #include "playback/SignalRecorder.h"
+#include "serial/SerialManager.h"
 #include "support/ModalAnswer.h"
 #include "support/PseudoTerminal.h"
 #include "widgets/DashboardWidget.h"
+#include "widgets/ErrorConsoleWidget.h"
+#include "widgets/MessagesConsoleWidget.h"
+#include "widgets/StateIndicatorWidget.h"
 #include "widgets/TrendPlotWidget.h"
+#include "widgets/XYPlotWidget.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QStatusBar>
 #include <QTemporaryDir>
@@ -36,9 +44,18 @@ class TestSigvane : public QObject
         LicenseCheck license{true, u"Bought"_s};
         Sigvane window;
         WidgetPalette* palette = window.findChild<WidgetPalette*>();
+        SignalPlaybackEngine* engine = window.playbackEngine();
+        QSlider* slider = window.findChild<QSlider*>();
         ModalAnswer answer;
 
         Rig() { window.setLicenseCheck(&license); }
+        template <class Widget>
+        Widget* add() const
+        {
+            auto* widget = new Widget;
+            window.scene()->addItem(new DashboardItem(widget));
+            return widget;
+        }
         void trigger(const QString& text) const
         {
             const QList<QAction*> actions = window.findChildren<QAction*>();
@@ -53,10 +70,12 @@ class TestSigvane : public QObject
 
     QTemporaryDir m_dir;
 
-    static bool write(const QString& path, const QByteArray& bytes)
+    static QString write(const QString& path, const QByteArray& bytes)
     {
         QFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) > 0;
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("no file");
+        return path;
     }
 
 private Q_SLOTS:
@@ -77,33 +96,12 @@ private Q_SLOTS:
             QCOMPARE(rig.palette->isEnabled(), design);
             QCOMPARE(rig.window.router()->isLive(), to != Sigvane::Pause);
         }
+        auto* plot = rig.add<TrendPlotWidget>();
         rig.window.setMode(Sigvane::Design);
+        plot->setExternalTimeEnabled(true);
         rig.window.setMode(Sigvane::Record); // refused, and Design has been left
         QCOMPARE(rig.window.mode(), Sigvane::Design);
-        QVERIFY(!rig.palette->isEnabled());
-    }
-
-    void modesSetThePlotsClockAndEmptyThem()
-    {
-        Rig rig;
-        QCOMPARE(rig.window.dominantTrendWindowSeconds(), 10.0);
-        for (const int windowMs : {5000, 60'000, -1}) {
-            rig.window.addWidget(u"TrendPlot"_s);
-            rig.items().first()->widget()->loadConfig({{u"timeWindowMs"_s, windowMs}});
-        }
-        QCOMPARE(rig.window.dominantTrendWindowSeconds(), 30.0);
-        auto* plot = static_cast<TrendPlotWidget*>(rig.items().first()->widget());
-        plot->assignSignals({u"A"_s});
-        for (const auto& [from, to, cleared] : {std::tuple(Sigvane::Design, Sigvane::Play, false),
-                                                std::tuple(Sigvane::Pause, Sigvane::Idle, true)}) {
-            rig.window.setMode(from);
-            plot->setExternalTimeEnabled(true);
-            plot->setExternalNowMs(1000);
-            plot->setValueForSignalAt(u"A"_s, double(from), 1.0);
-            rig.window.setMode(to);
-            QVERIFY(plot->currentNowMs() > 1000);
-            QCOMPARE(plot->series(u"A"_s) == nullptr, cleared);
-        }
+        QVERIFY(!rig.palette->isEnabled() && plot->currentNowMs() > 1e12);
     }
 
     void refusesWithABox()
@@ -125,81 +123,152 @@ private Q_SLOTS:
     void recordsUntilSomethingEndsIt()
     {
         const QTemporaryDir other;
-        QVERIFY(write(other.filePath(u"dashboard_signals.def"_s), "\n"));
-        for (const char* end : {"stop", "play", "lost", "project", "close", "removed"}) {
+        const QString earlier = write(other.filePath(u"earlier.rec"_s), "0 A=1 ERR=7\n100\n");
+        write(other.filePath(u"dashboard_signals.def"_s), "\n");
+        const QList<QPair<QString, Sigvane::Mode>> endsAndNextModes{
+            {u"Stop"_s, Sigvane::Idle},           {u"Play"_s, Sigvane::Play},
+            {u"cancelled Play"_s, Sigvane::Idle}, {u"removed Play"_s, Sigvane::Idle},
+            {u"other file"_s, Sigvane::Play},     {u"lost"_s, Sigvane::Idle},
+            {u"project"_s, Sigvane::Idle},        {u"close"_s, Sigvane::Record}};
+        for (const auto& [end, mode] : endsAndNextModes) {
             const QTemporaryDir dir;
-            QVERIFY(write(dir.filePath(u"dashboard_signals.def"_s), "\n"));
+            write(dir.filePath(u"dashboard_signals.def"_s), "\n");
             PseudoTerminal device;
             Rig rig;
             CommandLine wanted;
             wanted.projectDir = dir.path();
             wanted.portName = device.portName();
             rig.window.startWith(wanted);
+            auto* plot = rig.add<TrendPlotWidget>();
+            plot->loadConfig({{u"markers"_s, QJsonArray{QJsonObject()}}});
+            auto* errors = rig.add<ErrorConsoleWidget>();
+            rig.window.startPlayback(earlier);
+            rig.engine->advance(1);
+            QVERIFY(plot->currentNowMs() == 0 && !errors->plainText().isEmpty());
             rig.trigger(u"Record"_s);
             QCOMPARE(rig.window.mode(), Sigvane::Record);
+            QVERIFY(plot->currentNowMs() > 1e12 && plot->markers().isEmpty());
+            QVERIFY(errors->plainText().isEmpty() && !rig.slider->isEnabled());
+            QVERIFY(rig.window.findChild<RecordingStatus*>()->isVisibleTo(&rig.window));
             QVERIFY(device.writeAll("7 A=1\n7.5 A=2 word\n"));
             QTRY_COMPARE(rig.window.recorder()->lineCount(), 3);
             const QString path = rig.window.recorder()->path();
 
-            const QLatin1String how(end);
             rig.answer.press(QMessageBox::Ok); // where the file is gone
-            if (how == "stop"_L1)
-                rig.trigger(u"Stop"_s);
-            else if (how == "play"_L1)
-                rig.trigger(u"Play"_s);
-            else if (how == "lost"_L1)
+            const QSignalSpy loads(rig.engine, &SignalPlaybackEngine::loadProgressed);
+            if (end == u"cancelled Play"_s)
+                connect(rig.engine, &SignalPlaybackEngine::loadProgressed, rig.engine,
+                        &SignalPlaybackEngine::cancelLoading);
+            if (end == u"removed Play"_s)
+                QVERIFY(QDir(dir.path()).removeRecursively());
+            if (end == u"other file"_s)
+                rig.window.startPlayback(earlier);
+            else if (end == u"lost"_s)
                 device.close();
-            else if (how == "project"_L1)
+            else if (end == u"project"_s)
                 QVERIFY(rig.window.setProjectDir(other.path()));
-            else if (how == "close"_L1)
+            else if (end == u"close"_s)
                 rig.window.close();
-            else if (QDir(dir.path()).removeRecursively())
-                rig.trigger(u"Play"_s);
-            QTRY_VERIFY2(!rig.window.recorder()->isRecording(), end);
-            if (how == "play"_L1) {
-                QVERIFY(!rig.window.findChild<QSlider*>()->isSliderDown());
-                QCOMPARE(rig.window.mode(), Sigvane::Play);
-                rig.window.playbackEngine()->advance(1000);
-            }
-            if (how != "close"_L1)
-                QTRY_COMPARE(rig.window.mode(), Sigvane::Idle);
-            QCOMPARE(rig.answer.titles().size(), how == "removed"_L1 ? 1 : 0);
+            else
+                rig.trigger(end.section(u' ', -1));
+            QTRY_VERIFY2(!rig.window.recorder()->isRecording() && rig.window.mode() == mode, qPrintable(end));
+            const bool replaysOther = end == u"other file"_s || end == u"close"_s;
+            QCOMPARE(rig.window.playback()->playbackFile(), replaysOther ? earlier : path);
+            QVERIFY(loads.size() == 1 || end != u"cancelled Play"_s); // and not for Play once more
+            QCOMPARE(rig.answer.titles().size(), end == u"removed Play"_s ? 1 : 0);
             QFile file(path);
             if (file.open(QIODevice::ReadOnly))
                 QCOMPARE(file.readAll(), "0.000000 A=1\n0.500000 A=2\n0.500000 RAW word\n");
         }
     }
 
+    void replayReachesEveryWidget()
+    {
+        Rig rig;
+        QCOMPARE(rig.window.dominantTrendWindowSeconds(), 10.0);
+        for (const int windowMs : {5000, 60'000, -1})
+            rig.add<TrendPlotWidget>()->loadConfig({{u"timeWindowMs"_s, windowMs}});
+        QCOMPARE(rig.window.dominantTrendWindowSeconds(), 30.0);
+        auto* trend = rig.add<TrendPlotWidget>();
+        trend->assignSignals({u"A"_s});
+        auto* xy = rig.add<XYPlotWidget>();
+        xy->loadConfig({{u"xSignal"_s, u"A"_s}, {u"ySignal"_s, u"B"_s}});
+        auto* state = rig.add<StateIndicatorWidget>();
+        state->setGroupId(u"M"_s);
+        auto* errors = rig.add<ErrorConsoleWidget>();
+        auto* messages = rig.add<MessagesConsoleWidget>();
+        rig.window.startPlayback(write(m_dir.filePath(u"never.rec"_s), "inf A=1\n"));
+        QVERIFY(!trend->series(u"A"_s)); // it has no place in a replay, and the clock does not give it one
+        rig.window.startPlayback(
+            write(m_dir.filePath(u"all.rec"_s), "0 A=1 B=1\n1 A=2 ST_M=RUN ERR=7\n1 RAW hello\n100 A=3\n"));
+        rig.engine->advance(1000);
+        QVERIFY(trend->series(u"A"_s) && trend->series(u"A"_s)->last().tMs == 1000);
+        QCOMPARE(xy->points().points(), QList({QPointF(1, 1), QPointF(2, 1)}));
+        QCOMPARE(state->stateId(), u"RUN"_s);
+        QCOMPARE(errors->plainText(), u"[1.000s] 7 : 7"_s);
+        QCOMPARE(messages->plainText(), u"[1.000s] hello"_s);
+
+        rig.trigger(u"Pause"_s);
+        QTest::keyClick(rig.slider, Qt::Key_Home); // before all of that
+        QVERIFY(!trend->series(u"A"_s) && xy->points().points().isEmpty());
+        QVERIFY(errors->plainText().isEmpty() && messages->plainText().isEmpty());
+        rig.trigger(u"Stop"_s);
+        rig.slider->setValue(499);
+        QTest::keyClick(rig.slider, Qt::Key_Right); // to 50 s, with no history to bring back
+        QCOMPARE(xy->points().points(), QList({QPointF(2, 1)}));
+        rig.window.serial()->parseLine(u"A=5"_s); // the device takes the plots back
+        QVERIFY(trend->currentNowMs() > 1e12 && trend->series(u"A"_s)->size() == 1);
+
+        rig.trigger(u"Play"_s);
+        rig.engine->setPlaybackRate(100.0);
+        rig.engine->advance(1000);
+        QCOMPARE(rig.window.mode(), Sigvane::Idle); // at the end
+        QVERIFY(trend->currentNowMs() > 1e12 && !trend->series(u"A"_s) && xy->points().points().isEmpty());
+    }
+
+    void sliderObeysTheMouseUntilThePlayButton()
+    {
+        Rig rig;
+        rig.window.startPlayback(write(m_dir.filePath(u"slider.rec"_s), "0 A=1\n45 A=2\n100 A=3\n"));
+        rig.trigger(u"Pause"_s);
+        const QSignalSpy seeks(rig.engine, &SignalPlaybackEngine::messageReset);
+        const QPoint middle = rig.slider->rect().center();
+        QTest::mouseClick(rig.slider, Qt::LeftButton, {}, middle);
+        const int step = rig.slider->value();
+        QVERIFY(seeks.size() == 1 && step > 480 && step < 520);
+        QTest::mousePress(rig.slider, Qt::LeftButton, {}, middle + QPoint(4, 0));
+        QCOMPARE(rig.slider->value(), step); // it was on the handle
+
+        const QSignalSpy frames(rig.engine, &SignalPlaybackEngine::signalValuesUpdatedAt);
+        rig.trigger(u"Play"_s);
+        QVERIFY(!rig.slider->isSliderDown() && frames.size() == 2);
+        QVERIFY(frames[0][0] == 45.0 && frames[1][0] == 100.0);
+
+        rig.window.show();
+        rig.trigger(u"Pause"_s);
+        QTest::mousePress(rig.slider, Qt::LeftButton, {}, middle);
+        QVERIFY(rig.slider->isSliderDown());
+        rig.answer.press(QMessageBox::Ok);
+        rig.trigger(u"License &Status…"_s); // a box takes the release away
+        QVERIFY(!rig.slider->isSliderDown() && rig.answer.allUsed());
+    }
+
     void modeChangeEndsALongLoading()
     {
-        const QTemporaryDir dir;
-        const QString path = dir.filePath(u"long.rec"_s);
-        QVERIFY(write(path, QByteArray("1 A=1 B=2 C=3\n").repeated(1'000'000)));
+        const QString path = write(m_dir.filePath(u"a.rec"_s), QByteArray("1 A=1 B=2\n").repeated(1'300'000));
         Rig rig;
         int slices = 0;
-        const auto interrupt = [&] {
+        connect(rig.engine, &SignalPlaybackEngine::loadProgressed, this, [&] {
             if (++slices == 2)
                 rig.window.setMode(Sigvane::Design);
-        };
-        connect(rig.window.playbackEngine(), &SignalPlaybackEngine::loadProgressed, this, interrupt);
+        });
         rig.window.startPlayback(path);
         QCOMPARE(rig.window.mode(), Sigvane::Design); // asked for while Idle was loading
         QCOMPARE(rig.window.playback()->playbackFile(), path);
         slices = 0;
         rig.window.setMode(Sigvane::Play);
         QCOMPARE(rig.window.mode(), Sigvane::Design); // asked for in the middle of the change to Play
-        QVERIFY(!rig.window.playbackEngine()->hasFrames() && !rig.window.playbackEngine()->isPlaying());
-        QVERIFY(rig.answer.titles().isEmpty());
-    }
-
-    void tellsTheCanvasTheProjectAlsoWithoutDefinitions()
-    {
-        Rig rig;
-        const QTemporaryDir dir;
-        QVERIFY(QDir(dir.path()).mkdir(u"dashboard_signals.def"_s)); // a folder cannot be read
-        rig.answer.press(QMessageBox::Ok);
-        QVERIFY(!rig.window.setProjectDir(dir.path()));
-        QCOMPARE(rig.window.scene()->projectFolder(), dir.path());
+        QVERIFY(!rig.engine->hasFrames() && !rig.engine->isPlaying() && rig.answer.titles().isEmpty());
     }
 
     void closingMenuWipesNothingAndTheModeComesBack()
@@ -252,12 +321,15 @@ private Q_SLOTS:
         Rig rig;
         const QString reload = u"&Reload Definitions"_s;
         rig.trigger(reload); // no project yet: only said
+        const auto define = [](const QString& path, const QByteArray& scale) {
+            write(path, "DASHBOARD_MAPPING(M, 0, " + scale + ")\nDASHBOARD_SIGNAL(T, \"t\", M)\n");
+        };
         const QString path = m_dir.filePath(u"dashboard_signals.def"_s);
-        const QByteArray signal = "DASHBOARD_SIGNAL(T, \"t\", M)\n";
-        QVERIFY(write(path, "DASHBOARD_MAPPING(M, 0, 2)\n" + signal));
+        define(path, "2");
         rig.window.setMode(Sigvane::Design);
         QVERIFY(rig.window.setProjectDir(m_dir.path()));
         QCOMPARE(rig.window.mode(), Sigvane::Idle); // a project is opened through Idle
+        QCOMPARE(rig.window.scene()->projectFolder(), m_dir.path());
 
         rig.window.addWidget(u"DigitalDisplay"_s);
         DashboardWidget* display = rig.items().first()->widget();
@@ -268,9 +340,24 @@ private Q_SLOTS:
         };
         rig.window.router()->routeLiveValues({{u"T"_s, 21.0}});
         QCOMPARE(shown(), u"42.0"_s);
-        QVERIFY(write(path, "DASHBOARD_MAPPING(M, 0, 3)\n" + signal));
+        define(path, "3");
         rig.trigger(reload);
         QCOMPARE(shown(), u"63.0"_s);
+
+        define(m_dir.filePath(u"a.signals.h"_s), "5");
+        rig.window.startPlayback(write(m_dir.filePath(u"a.rec"_s), "0 T=1\n1 T=2\n100 T=3\n"));
+        rig.window.setMode(Sigvane::Idle);
+        rig.window.findChild<QCheckBox*>()->click();
+        QCOMPARE(shown(), u"5.0"_s); // the recording's own mapping
+        rig.trigger(u"Design"_s);
+        rig.window.router()->routeLiveValues({{u"T"_s, 21.0}});
+        QCOMPARE(shown(), u"63.0"_s);
+        rig.trigger(u"Play"_s);
+        QCOMPARE(shown(), u"5.0"_s);
+        define(path, "7");
+        rig.trigger(reload);
+        rig.engine->advance(1000);
+        QCOMPARE(shown(), u"14.0"_s); // the replay goes on with the project's new one
         QCOMPARE(rig.window.windowTitle(), u"Sigvane — "_s + m_dir.path());
     }
 
@@ -278,10 +365,9 @@ private Q_SLOTS:
     {
         const QTemporaryDir dir;
         CommandLine wanted;
-        wanted.definitionsFile = dir.filePath(u"rig.def"_s);
+        wanted.definitionsFile = write(dir.filePath(u"rig.def"_s), "DASHBOARD_SIGNAL(A, \"a\", M)\n");
         wanted.layoutFile = dir.filePath(u"missing.json"_s);
         wanted.baudRate = 9600;
-        QVERIFY(write(*wanted.definitionsFile, "DASHBOARD_SIGNAL(A, \"a\", M)\n"));
         Rig rig;
         rig.window.startWith(wanted);
         QVERIFY(gSignalParser && gSignalParser->signalList().size() == 1);
@@ -289,8 +375,7 @@ private Q_SLOTS:
         QCOMPARE(rig.window.findChild<QComboBox*>(u"baudBox"_s)->currentData().toInt(), 9600);
         rig.answer.reject();
         rig.trigger(u"Save Layout"_s);
-        QVERIFY(rig.answer.allUsed());
-        QVERIFY(!QFile::exists(u"/layouts"_s));
+        QVERIFY(rig.answer.allUsed() && !QFile::exists(u"/layouts"_s));
         QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
     }
 

@@ -4,8 +4,13 @@
 #include "support/ModalAnswer.h"
 #include "support/SmallDisk.h"
 
+#include <QDir>
+#include <QDoubleSpinBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QTemporaryDir>
 #include <QTest>
-#include <QtWidgets>
 
 #include <sys/stat.h>
 
@@ -50,8 +55,10 @@ class TestCsvExportFlow : public QObject
 private Q_SLOTS:
     void writesAWholeFileOrLeavesTheOldOne()
     {
-        const QTemporaryDir dir, disk;
+        const QTemporaryDir dir, disk, project;
+        flow.setExportFolder(project.filePath(u"exports"_s));
         QCOMPARE(exported(dir, u"old.csv"_s, 99'000.0), "precious"); // cancelled
+        QVERIFY(QDir(project.filePath(u"exports"_s)).exists());
         QCOMPARE(exported(dir, u"old.csv"_s, 1e17), "precious");
         QVERIFY(lastText.contains(u"1000 Hz"_s));
         QCOMPARE(::mkfifo(qPrintable(dir.filePath(u"pipe.csv"_s)), 0600), 0);

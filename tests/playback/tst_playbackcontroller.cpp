@@ -5,99 +5,154 @@
 #include "support/ModalAnswer.h"
 #include "widgets/TrendPlotWidget.h"
 
+#include <QCheckBox>
+#include <QDir>
+#include <QDoubleSpinBox>
+#include <QFile>
+#include <QLabel>
 #include <QSignalSpy>
-#include <QtWidgets>
+#include <QSlider>
+#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
-// One session: each test goes on where the one before it left off.
 class TestPlaybackController : public QObject
 {
     Q_OBJECT
-    Canvas canvas;
-    TrendPlotWidget* plot = dynamic_cast<TrendPlotWidget*>(canvas.add("TrendPlot", {})->widget());
-    QTemporaryDir dir;
-    QSlider slider{Qt::Horizontal};
-    QLabel file, time;
-    QDoubleSpinBox speed;
-    QCheckBox own;
-    ActiveDefinitions definitions;
-    SignalPlaybackEngine engine;
-    PlaybackController control{
-        &engine, &canvas.scene, &definitions, {&slider, &file, &time, &speed, &own}, {}};
-    QString write(const QString& name, const QByteArray& bytes) const
+
+    struct Rig
     {
-        QFile out(dir.filePath(name));
-        return out.open(QIODevice::WriteOnly) && out.write(bytes) > 0 ? out.fileName() : QString();
-    }
+        Canvas canvas;
+        TrendPlotWidget* plot = dynamic_cast<TrendPlotWidget*>(canvas.add("TrendPlot", {})->widget());
+        QTemporaryDir dir;
+        QSlider slider{Qt::Horizontal};
+        QLabel file, time;
+        QDoubleSpinBox speed;
+        QCheckBox own;
+        ActiveDefinitions definitions;
+        SignalPlaybackEngine engine;
+        PlaybackController control{
+            &engine, &canvas.scene, &definitions, {&slider, &file, &time, &speed, &own}, {}};
+
+        Rig()
+        {
+            slider.setRange(0, SignalPlaybackEngine::kPositionSteps);
+            slider.resize(400, 30);
+            connect(&control, &PlaybackController::playRequested, &control, &PlaybackController::enterPlay);
+        }
+        QString write(const QString& name, const QByteArray& bytes) const
+        {
+            QFile out(dir.filePath(name));
+            return out.open(QIODevice::WriteOnly) && out.write(bytes) > 0 ? out.fileName() : QString();
+        }
+    };
+
 private Q_SLOTS:
     void everyWayToMoveTheSliderSeeks()
     {
-        slider.setRange(0, SignalPlaybackEngine::kPositionSteps);
-        slider.resize(400, 30);
-        connect(&control, &PlaybackController::playRequested, &control, &PlaybackController::enterPlay);
-        control.startPlayback(write(u"a.rec"_s, "0 A=1\n1000 A=2\n")); // a step of the slider is a second
-        QTest::mousePress(&slider, Qt::MiddleButton, {}, {100, 15});   // grabs the handle in the groove
-        QVERIFY(!engine.isPlaying() && slider.value() > 200 && slider.value() < 300);
-        const QSignalSpy seeks(&engine, &SignalPlaybackEngine::messageReset);
-        const QDeadlineTimer early(280);
-        QTRY_VERIFY((QTest::mouseMove(&slider, {350, 15}), seeks.size() == 3)); // one per 100 ms
+        Rig rig;
+        rig.plot->assignSignals({u"A"_s});
+        rig.plot->loadConfig({{u"timeWindowMs"_s, 4000}});
+        // A step of the slider is a second.
+        rig.control.startPlayback(rig.write(u"a.rec"_s, "0 A=1\n495 A=2\n497 A=3\n1000 A=4\n"));
+        const QDeadlineTimer early(290);
+        QTest::mousePress(&rig.slider, Qt::MiddleButton, {}, {100, 15}); // grabs the handle in the groove
+        QVERIFY(!rig.engine.isPlaying() && rig.slider.value() > 200 && rig.slider.value() < 300);
+        const QSignalSpy seeks(&rig.engine, &SignalPlaybackEngine::messageReset);
+        QTRY_VERIFY((QTest::mouseMove(&rig.slider, {350, 15}), seeks.size() >= 3)); // one per 100 ms
         QVERIFY(early.hasExpired());
-        QTest::mouseRelease(&slider, Qt::MiddleButton, {}, {350, 15});
-        const int dropped = slider.value();
-        QVERIFY(dropped > 800 && plot->currentNowMs() == dropped * 1000 && engine.isPlaying());
-        QTest::keyClick(&slider, Qt::Key_Left);
-        QVERIFY(plot->currentNowMs() == (dropped - 1) * 1000 && engine.isPlaying());
-        control.leavePlay(); // after which nothing resumes
-        QTest::keyClick(&slider, Qt::Key_Home);
-        QVERIFY(plot->currentNowMs() == 0 && !engine.isPlaying());
+        QTest::mouseRelease(&rig.slider, Qt::MiddleButton, {}, {350, 15});
+        const int dropped = rig.slider.value();
+        QVERIFY(dropped > 800 && rig.plot->currentNowMs() == dropped * 1000 && rig.engine.isPlaying());
+        QTest::keyClick(&rig.slider, Qt::Key_Left);
+        QVERIFY(rig.plot->currentNowMs() == (dropped - 1) * 1000 && rig.engine.isPlaying());
+        rig.control.leavePlay(); // after which nothing resumes
+        QTest::keyClick(&rig.slider, Qt::Key_Home);
+        QVERIFY(rig.plot->currentNowMs() == 0 && !rig.engine.isPlaying());
+
+        rig.plot->addSample(u"A"_s, 9.0, 900'000, false);
+        rig.slider.setValue(499);
+        const QSignalSpy history(&rig.engine, &SignalPlaybackEngine::signalValuesUpdatedAt);
+        QTest::keyClick(&rig.slider, Qt::Key_Right);
+        // What the plot's window shows comes back, and what was to come is gone.
+        QVERIFY(history.size() == 1 && history[0][0] == 497.0 && rig.plot->series(u"A"_s)->isEmpty());
+        rig.canvas.view.grab();
+        for (int pass = 0; pass < 5; ++pass) // until all changes so far have gone through the canvas
+            QCoreApplication::processEvents();
+        const QSignalSpy repaints(&rig.canvas.scene, &QGraphicsScene::changed);
+        rig.plot->setValueForSignalAt(u"A"_s, 1.0, 500.0);
+        QTRY_VERIFY(!repaints.isEmpty());
+        rig.control.enterPlay();
+        QVERIFY(rig.plot->currentNowMs() > 1e12); // on the clock again
     }
 
     void startsOnceAndAnewAtTheEndOrWithAnotherFile()
     {
-        control.enterIdle();
-        const QSignalSpy starts(&engine, &SignalPlaybackEngine::playbackTimeAdvanced);
-        speed.setValue(2);
-        engine.advance(1000);
-        control.startPlayback(control.playbackFile()); // goes on
-        slider.setValue(1000);
-        control.startPlayback(control.playbackFile());
-        engine.advance(1000);
-        control.startPlayback(write(u"b.rec"_s, "0 A=1\ninf A=2\n"));
-        QCOMPARE(starts, (QList<QVariantList>{{2.0}, {2.0}, {0.0}, {2.0}, {0.0}}));
-        QCOMPARE(time.text(), u"0.000"_s);
+        Rig rig;
+        const QString path = rig.write(u"a.rec"_s, "0 A=1\n1000 A=2\n");
+        const QSignalSpy starts(&rig.engine, &SignalPlaybackEngine::playbackTimeAdvanced);
+        rig.speed.setValue(2);
+        rig.control.startPlayback(path);
+        rig.engine.advance(1000);
+        rig.control.startPlayback(path); // goes on
+        rig.slider.setValue(1000);
+        rig.control.startPlayback(path);
+        rig.engine.advance(1000);
+        rig.control.startPlayback(rig.write(u"b.rec"_s, "0 A=1\ninf A=2\n"));
+        QCOMPARE(starts, (QList<QVariantList>{{0.0}, {2.0}, {2.0}, {0.0}, {2.0}, {0.0}}));
+        QCOMPARE(rig.time.text(), u"0.000"_s);
+    }
+
+    void lastWrittenRecordingIsTheOneThatGetsLoaded()
+    {
+        Rig rig;
+        const QString other = rig.write(u"a.rec"_s, "5 A=1\n"), last = rig.write(u"b.rec"_s, "7 A=1\n");
+        const auto chooseMeanwhile = [&] {
+            rig.control.showRecorded(last);
+            rig.control.startPlayback(other); // the user has to wait
+        };
+        connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, this, chooseMeanwhile,
+                Qt::SingleShotConnection);
+        rig.control.showRecorded(other);
+        QCOMPARE(rig.control.playbackFile(), last);
+        QCOMPARE(rig.engine.getMaxTimestamp(), 7.0);
     }
 
     void saysWhichDefinitionsAreUsed()
     {
-        const QSignalSpy messages(&control, &PlaybackController::statusMessage);
-        own.setChecked(true); // the recording has none
-        QDir(dir.path()).mkdir(u"c.signals.h"_s);
-        control.selectActiveSignalParserFor(dir.filePath(u"c.rec"_s));
-        write(u"d.signals.h"_s, "DASHBOARD_STATE_GROUP(G, \"g\")\n");
-        control.prepareSignalParserForPlaybackFile(dir.filePath(u"d.rec"_s));
+        Rig rig;
+        rig.control.showRecorded(rig.write(u"a.rec"_s, "0 A=1\n"));
+        const QSignalSpy messages(&rig.control, &PlaybackController::statusMessage);
+        rig.own.setChecked(true); // the recording has none
+        QDir(rig.dir.path()).mkdir(u"c.signals.h"_s);
+        rig.control.selectActiveSignalParserFor(rig.dir.filePath(u"c.rec"_s));
+        rig.write(u"d.signals.h"_s, "DASHBOARD_STATE_GROUP(G, \"g\")\n");
+        rig.control.prepareSignalParserForPlaybackFile(rig.dir.filePath(u"d.rec"_s));
         QVERIFY(messages.size() == 3 && messages[1][0].toString().startsWith("Failed to parse"_L1));
-        const QSignalSpy states(&engine, &SignalPlaybackEngine::stateEvent);
-        engine.seekToTimestamp(5);
+        const QSignalSpy states(&rig.engine, &SignalPlaybackEngine::stateEvent);
+        rig.engine.seekToTimestamp(5);
         QCOMPARE(states.size(), 1); // the group that has no state is cleared
+        rig.control.prepareSignalParserForPlaybackFile(rig.control.playbackFile());
+        QVERIFY(!rig.definitions.active()); // not another recording's
     }
 
     void tellsOfTroubleButNotOfACancel()
     {
+        Rig rig;
         ModalAnswer answer;
         answer.reject().press(QMessageBox::Ok);
-        plot->loadConfig({{u"markers"_s, QJsonArray{QJsonObject()}}});
-        control.selectPlaybackFile();
-        QVERIFY(plot->markers().isEmpty());
-        QFile::remove(control.playbackFile());
-        control.enterPlay();
-        QTRY_VERIFY(!engine.isPlaying()); // finished at once
-        write(u"b.rec"_s, QByteArray("1 A=1\n").repeated(500'000));
-        const QSignalSpy idle(&control, &PlaybackController::idleRequested);
-        connect(&engine, &SignalPlaybackEngine::loadProgressed, &engine,
+        rig.plot->loadConfig({{u"markers"_s, QJsonArray{QJsonObject()}}});
+        rig.control.selectPlaybackFile();
+        QVERIFY(rig.plot->markers().isEmpty());
+        rig.control.showRecorded(rig.dir.filePath(u"b.rec"_s)); // which is not there
+        rig.control.enterPlay();
+        QTRY_VERIFY(!rig.engine.isPlaying()); // finished at once
+        rig.write(u"b.rec"_s, QByteArray("1 A=1\n").repeated(500'000));
+        const QSignalSpy idle(&rig.control, &PlaybackController::idleRequested);
+        connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, &rig.engine,
                 &SignalPlaybackEngine::cancelLoading);
-        control.enterPlay();
-        QVERIFY(idle.size() == 1 && !engine.isPlaying() && !slider.isEnabled());
+        rig.control.enterPlay();
+        QVERIFY(idle.size() == 1 && !rig.engine.isPlaying() && !rig.slider.isEnabled());
         QCOMPARE(answer.titles(), QStringList({u"Open Recording"_s, u"Error"_s}));
     }
 };
