@@ -12,20 +12,29 @@ EventRouting::EventRouting(ValueRouter* router, const DesignScene* scene, QObjec
     , m_scene(scene)
 {}
 
-// States, errors and messages of a device are shown in a replay too; only its values keep out of it.
+// States, errors and messages of a device are shown in a replay too; only its values keep out of it. Router
+// and recorder share a connection each, as a device may flood.
 void EventRouting::connectSerial(SerialManager* serial, SignalRecorder* recorder)
 {
     connect(serial, &SerialManager::lineParsed, this,
-            [this](double, const QMap<QString, double>& values) { m_router->routeLiveValues(values); });
-    connect(serial, &SerialManager::lineParsed, recorder, &SignalRecorder::writeValues);
-    connect(
-        serial, &SerialManager::stateParsed, this,
-        [this](double, const QString& group, const QString& state) { m_router->routeState(group, state); });
-    connect(serial, &SerialManager::stateParsed, recorder, &SignalRecorder::writeState);
-    connect(serial, &SerialManager::errorParsed, recorder, &SignalRecorder::writeError);
-    connect(serial, &SerialManager::errorParsed, m_router, &ValueRouter::routeError);
-    connect(serial, &SerialManager::unrecognizedParsed, m_router, &ValueRouter::routeMessage);
-    connect(serial, &SerialManager::unrecognizedParsed, recorder, &SignalRecorder::writeMessage);
+            [this, recorder](double t, const QMap<QString, double>& values) {
+                m_router->routeLiveValues(values);
+                recorder->writeValues(t, values);
+            });
+    connect(serial, &SerialManager::stateParsed, this,
+            [this, recorder](double t, const QString& group, const QString& state) {
+                m_router->routeState(group, state);
+                recorder->writeState(t, group, state);
+            });
+    connect(serial, &SerialManager::errorParsed, this, [this, recorder](double t, const QString& id) {
+        recorder->writeError(t, id);
+        m_router->routeError(t, id);
+    });
+    connect(serial, &SerialManager::unrecognizedParsed, this,
+            [this, recorder](double t, const QString& text) {
+                m_router->routeMessage(t, text);
+                recorder->writeMessage(t, text);
+            });
 }
 
 void EventRouting::connectReplay(SignalPlaybackEngine* engine)

@@ -162,7 +162,10 @@ void Sigvane::setupSerialUi()
 
 void Sigvane::connectSerialSignals()
 {
-    connect(m_serial, &SerialManager::rawLineReceived, m_connection, &ConnectionStatus::countLine);
+    connect(m_serial, &SerialManager::rawLineReceived, this, [this] {
+        m_connection->countLine();
+        m_playback->onLiveLine();
+    });
     m_routing->connectSerial(m_serial, m_recorder);
     connect(m_serial, &SerialManager::errorOccurred, this, [this](const QString& message) {
         m_connection->showError(m_serial->portName(), message, m_serial->lastError());
@@ -177,7 +180,6 @@ void Sigvane::setupPlayback()
     const PlaybackController::Controls controls{m_io->positionSlider(), m_io->fileLabel(), m_io->timeLabel(),
                                                 m_export->speedBox(), m_export->recordingDefinitionsBox()};
     m_playback = new PlaybackController(m_engine, m_scene, &m_definitions, controls, this);
-    connect(m_serial, &SerialManager::rawLineReceived, m_playback, &PlaybackController::onLiveLine);
     connect(m_playback, &PlaybackController::playRequested, this, &Sigvane::playButton);
     connect(m_playback, &PlaybackController::idleRequested, this, [this] {
         if (!m_nextMode) // what the user asked for meanwhile counts

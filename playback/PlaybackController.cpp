@@ -316,9 +316,9 @@ void PlaybackController::enterIdle()
 }
 
 // What the plots hold has times of the replay, which would come before all live ones.
-void PlaybackController::onLiveLine()
+void PlaybackController::leaveReplayTime()
 {
-    if (!m_plotsOnReplayTime || m_scrubbing || m_mode == Mode::Playing || m_mode == Mode::Paused)
+    if (m_scrubbing || m_mode == Mode::Playing || m_mode == Mode::Paused)
         return;
     m_plotsOnReplayTime = false;
     setExternalTimeEnabled(*m_scene, false);

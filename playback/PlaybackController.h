@@ -49,7 +49,11 @@ public:
     void setMode(Mode mode);
     /// Told of every live line before its values are shown. The first one after a replay or a jump brings the
     /// plots back to the clock, empty.
-    void onLiveLine();
+    void onLiveLine()
+    {
+        if (m_plotsOnReplayTime)
+            leaveReplayTime();
+    }
 
     /// Lets the user choose a recording and loads it.
     void selectPlaybackFile();
@@ -90,6 +94,7 @@ private:
     Loading load();
     void releaseSlider();
     void enableSlider();
+    void leaveReplayTime();
     /// Loads the file that the user chose just now; a box tells when it cannot be read.
     Loading loadChosen();
     QString pickFile() const;
