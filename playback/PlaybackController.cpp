@@ -195,28 +195,28 @@ PlaybackController::Loading PlaybackController::loadChosen()
 PlaybackController::Loading PlaybackController::load()
 {
     if (m_engine->isLoading()) {
-        m_engine->cancelLoading(); // the one under way goes on with what is chosen now
+        if (m_file != m_loadingFile)
+            m_engine->cancelLoading(); // the one under way goes on with what is chosen now
         return Loading::Cancelled;
     }
     releaseSlider();
     bool loaded = false;
-    QString path;
     do {
-        path = m_file;
-        WorkProgress progress(tr("Loading"), tr("Loading %1…").arg(QFileInfo(path).fileName()),
+        m_loadingFile = m_file;
+        WorkProgress progress(tr("Loading"), tr("Loading %1…").arg(QFileInfo(m_loadingFile).fileName()),
                               m_dialogParent);
         const auto onProgress = [this, &progress](double done) {
             if (!progress.update(done))
                 m_engine->cancelLoading();
         };
         const auto connection = connect(m_engine, &SignalPlaybackEngine::loadProgressed, this, onProgress);
-        loaded = m_engine->loadFromFile(path);
+        loaded = m_engine->loadFromFile(m_loadingFile);
         disconnect(connection);
-    } while (path != m_file);
+    } while (m_loadingFile != m_file);
 
     // A position that belongs to another recording means nothing in this one.
-    if (loaded && path != m_positionFile) {
-        m_positionFile = path;
+    if (loaded && m_file != m_positionFile) {
+        m_positionFile = m_file;
         m_engine->resetStartTime();
     }
     enableSlider();

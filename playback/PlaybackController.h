@@ -119,6 +119,7 @@ private:
 
     QString m_projectFolder;
     QString m_file;
+    QString m_loadingFile;  ///< meaningful while the engine loads
     QString m_positionFile; ///< the recording that the engine's position is one of
     Mode m_mode = Mode::Live;
     bool m_plotsOnReplayTime = false;
