@@ -52,7 +52,7 @@ void EventRouting::connectReplay(SignalPlaybackEngine* engine)
     connect(engine, &Engine::playbackFinished, this, &EventRouting::playbackFinished);
     connect(engine, &Engine::dataReset, this, [this] { resetPlots(*m_scene); });
     // The second time on purpose: onPlaybackValuesAt() has put the trend plots on the replay's time by now.
-    // In a replay that starts from Idle they would else keep first points stamped by the clock.
+    // In a replay that starts from Idle they would else be given first points stamped by the clock.
     connect(
         engine, &Engine::signalValuesUpdatedAt, this,
         [this](double t, const QMap<QString, double>& values) { m_router->routeReplayedValues(t, values); });

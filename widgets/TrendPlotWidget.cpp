@@ -173,10 +173,7 @@ void TrendPlotWidget::setExternalTimeEnabled(bool on)
 {
     if (on == std::exchange(m_externalTime, on))
         return; // a replay says so with every frame
-    if (on)
-        m_idleTimer.stop();
-    else
-        m_idleTimer.start();
+    on ? m_idleTimer.stop() : m_idleTimer.start();
     update();
 }
 
