@@ -32,6 +32,12 @@ void PositionSlider::mouseMoveEvent(QMouseEvent* event)
         QSlider::mouseMoveEvent(event);
 }
 
+void PositionSlider::focusOutEvent(QFocusEvent* event)
+{
+    setSliderDown(false);
+    QSlider::focusOutEvent(event);
+}
+
 void PositionSlider::showEvent(QShowEvent* event)
 {
     window()->installEventFilter(this); // only windows hear that they are blocked

@@ -121,28 +121,27 @@ void ProjectFolder::choose()
                     tr("Selected folder does not contain dashboard_signals.def"));
 }
 
-void ProjectFolder::loadLastOrPrompt()
+bool ProjectFolder::loadLastOrPrompt()
 {
     // The stored folder is forgotten before it is read: every start without a project asks again.
     QSettings settings(kPromptOrganization, kApplication);
     settings.remove(kProjectDirKey);
     const QString last = settings.value(kProjectDirKey).toString();
-    if (!isValid(last) || !open(last))
-        showIntroAndPrompt();
+    return (isValid(last) && open(last)) || showIntroAndPrompt();
 }
 
-void ProjectFolder::showIntroAndPrompt()
+bool ProjectFolder::showIntroAndPrompt()
 {
     for (;;) {
         const QString dir = showProjectIntro(m_dialogParent) ? QString() : pickFolder();
         if (dir.isEmpty()) {
             Q_EMIT refused();
-            return;
+            return false;
         }
         if (isValid(dir)) {
             if (open(dir))
                 QSettings(kPromptOrganization, kApplication).setValue(kProjectDirKey, dir);
-            return;
+            return true;
         }
         warnPlainly(m_dialogParent, tr("Invalid Project"),
                     tr("Selected folder does not contain dashboard_signals.def"));

@@ -44,11 +44,11 @@ public:
     QStringList openWanted(const std::optional<QString>& dir, const std::optional<QString>& definitions);
     /// Lets the user pick a folder and opens it.
     void choose();
-    /// The project choice at start-up.
-    void loadLastOrPrompt();
+    /// The project choice at start-up. False when the user wants none.
+    bool loadLastOrPrompt();
     /// The introduction and the folder picker, again and again until a project is chosen or the user gives
-    /// up.
-    void showIntroAndPrompt();
+    /// up, which is false.
+    bool showIntroAndPrompt();
 
 Q_SIGNALS:
     /// A project is about to be opened: whatever belongs to the one before must end now.

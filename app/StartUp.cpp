@@ -9,7 +9,9 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <cstdio>
 #include <optional>
+#include <utility>
 
 StartUp::StartUp(ProjectFolder* project, SerialControls* serial, StatusLine* status, QMainWindow* window,
                  DesignScene* scene)
@@ -24,10 +26,13 @@ StartUp::StartUp(ProjectFolder* project, SerialControls* serial, StatusLine* sta
 void StartUp::run(const CommandLine& wanted)
 {
     QStringList problems = wanted.problems;
+    bool refused = false;
     if (wanted.projectDir || wanted.definitionsFile)
         problems += m_project->openWanted(wanted.projectDir, wanted.definitionsFile);
     else
-        m_project->loadLastOrPrompt();
+        refused = !m_project->loadLastOrPrompt();
+    if (refused)
+        return; // the program ends
     if (wanted.layoutFile) {
         const QString problem = LayoutFile(m_window, m_scene).loadFrom(*wanted.layoutFile);
         if (!problem.isEmpty())
@@ -40,6 +45,8 @@ void StartUp::run(const CommandLine& wanted)
         m_serial->setBaudRate(wanted.baudRate);
     if (wanted.portName && !m_serial->openPort(*wanted.portName))
         problems.append(tr("Could not open the port %1").arg(*wanted.portName));
+    for (const QString& problem : std::as_const(problems))
+        std::fprintf(stderr, "sigvane: %s\n", qPrintable(problem));
     // Once the window is there, so that a box has something to stand on, and after the recording has begun:
     // the change of mode would wipe the problems from the status bar.
     QTimer::singleShot(0, this, [this, problems, path = wanted.playFile] { finish(problems, path); });
@@ -47,7 +54,8 @@ void StartUp::run(const CommandLine& wanted)
 
 void StartUp::finish(const QStringList& problems, const std::optional<QString>& playFile)
 {
-    if (playFile && m_window->isVisible()) // it is closed when the user wants no project
+    if (playFile)
         Q_EMIT playRequested(*playFile);
-    m_status->reportProblems(problems);
+    if (!problems.isEmpty())
+        m_status->showNotice(problems.join(QStringLiteral("  ·  ")));
 }

@@ -3,7 +3,6 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include <cstdio>
 #include <utility>
 
 StatusLine::StatusLine(QStatusBar* bar)
@@ -22,40 +21,41 @@ void StatusLine::showMode(const QString& text)
 void StatusLine::showMessage(const QString& text, int milliseconds)
 {
     if (m_modeChanging && milliseconds > 0) {
-        m_waitingMessage = text;
-        m_waitingMs = milliseconds;
+        const bool noticeWaits = !m_waiting.isEmpty() && m_waitingMs == 0;
+        if (!noticeWaits)
+            wait(text, milliseconds);
     } else {
-        m_waitingMessage.clear();
+        m_waiting.clear();
         m_bar->showMessage(text, milliseconds);
     }
-}
-
-void StatusLine::setModeChanging(bool changing)
-{
-    m_modeChanging = changing;
-    if (!changing && !m_waitingMessage.isEmpty())
-        QTimer::singleShot(0, this, &StatusLine::showWaiting);
-}
-
-void StatusLine::showWaiting()
-{
-    if (!m_modeChanging && !m_waitingMessage.isEmpty()) // something newer may have come
-        m_bar->showMessage(std::exchange(m_waitingMessage, QString()), m_waitingMs);
 }
 
 void StatusLine::showNotice(const QString& text)
 {
     m_notice = text;
-    showMessage(text, 0);
+    if (m_modeChanging)
+        wait(text, 0);
+    else
+        showMessage(text, 0);
 }
 
-void StatusLine::reportProblems(const QStringList& problems)
+void StatusLine::wait(const QString& text, int milliseconds)
 {
-    if (problems.isEmpty())
-        return;
-    for (const QString& problem : problems)
-        std::fprintf(stderr, "sigvane: %s\n", qPrintable(problem));
-    showNotice(problems.join(QStringLiteral("  ·  ")));
+    m_waiting = text;
+    m_waitingMs = milliseconds;
+}
+
+void StatusLine::setModeChanging(bool changing)
+{
+    m_modeChanging = changing;
+    if (!changing && !m_waiting.isEmpty())
+        QTimer::singleShot(0, this, &StatusLine::showWaiting);
+}
+
+void StatusLine::showWaiting()
+{
+    if (!m_modeChanging && !m_waiting.isEmpty()) // something newer may have come
+        m_bar->showMessage(std::exchange(m_waiting, QString()), m_waitingMs);
 }
 
 void StatusLine::dropNotice()

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QStringList>
 
 class QStatusBar;
 
@@ -20,21 +19,21 @@ public:
     /// milliseconds of 0 keep the message until the next one.
     void showMessage(const QString& text, int milliseconds);
     void showNotice(const QString& text);
-    /// While the mode is changing, the last message for a time waits until the new mode has been shown.
+    /// While the mode is changing, notices and messages for a time wait until the new mode has been shown;
+    /// the last notice comes before the last message.
     void setModeChanging(bool changing);
-    /// Says what could not be done at start, as a notice and on standard error, a line each.
-    void reportProblems(const QStringList& problems);
     /// Back to the mode, if a notice is what is shown.
     void dropNotice();
 
 private:
     void onMessageChanged(const QString& text);
+    void wait(const QString& text, int milliseconds);
     void showWaiting();
 
     QStatusBar* m_bar;
     QString m_mode;
     QString m_notice;
     bool m_modeChanging = false;
-    QString m_waitingMessage;
-    int m_waitingMs = 0;
+    QString m_waiting;
+    int m_waitingMs = 0; ///< 0 for a notice
 };

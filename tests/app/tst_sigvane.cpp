@@ -251,6 +251,9 @@ private Q_SLOTS:
         rig.answer.press(QMessageBox::Ok);
         rig.trigger(u"License &Status…"_s); // a box takes the release away
         QVERIFY(!rig.slider->isSliderDown() && rig.answer.allUsed());
+        const int released = rig.slider->value();
+        QTest::mouseMove(rig.slider, middle + QPoint(150, 0)); // the button still counts as pressed
+        QCOMPARE(rig.slider->value(), released);
     }
 
     void modeChangeEndsALongLoading()
@@ -368,6 +371,9 @@ private Q_SLOTS:
         wanted.definitionsFile = write(dir.filePath(u"rig.def"_s), "DASHBOARD_SIGNAL(A, \"a\", M)\n");
         wanted.layoutFile = dir.filePath(u"missing.json"_s);
         wanted.baudRate = 9600;
+        const PseudoTerminal device;
+        wanted.portName = device.portName();
+        wanted.record = true; // there is no project to record in
         Rig rig;
         rig.window.startWith(wanted);
         QVERIFY(gSignalParser && gSignalParser->signalList().size() == 1);

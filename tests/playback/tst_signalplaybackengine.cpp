@@ -1,6 +1,7 @@
 #include "playback/SignalPlaybackEngine.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -125,6 +126,26 @@ private Q_SLOTS:
                 ++before;
             QCOMPARE(sought(lines, t), sought(lines.first(std::max(before, 1)), t));
         }
+    }
+
+    void slowsDownWhereListenersTakeTooLong()
+    {
+        Rig rig;
+        rig.act(u"load=0\n1\n2\n3\n4"_s);
+        int frames = 0;
+        bool aheadOfWhatIsShown = false;
+        connect(&rig, &Rig::signalValuesUpdated, this, [&] {
+            QElapsedTimer busy;
+            for (busy.start(); !busy.hasExpired(45);) {
+            }
+            ++frames;
+        });
+        connect(&rig, &Rig::playbackTimeAdvanced, this,
+                [&](double t) { aheadOfWhatIsShown |= frames < 5 && t > frames; });
+        rig.setPlaybackRate(100);
+        rig.startPlayback();
+        QTRY_COMPARE(rig.said.last(), u"end"_s);
+        QVERIFY(frames == 5 && !aheadOfWhatIsShown);
     }
 
     void playsByTheClock()
