@@ -12,6 +12,12 @@ constexpr std::size_t kBlockFrames = 1024;
 // little.
 constexpr std::size_t kMinSnapshotValues = 4096;
 
+// The toolkit's comparison is a call of its own, which took a tenth of the time of loading.
+bool isSame(QStringView left, QStringView right)
+{
+    return std::equal(left.utf16(), left.utf16() + left.size(), right.utf16(), right.utf16() + right.size());
+}
+
 template <typename Event>
 std::span<const Event> eventsOfFrames(const std::vector<Event>& events, qsizetype first, qsizetype last)
 {
@@ -63,7 +69,7 @@ quint32 SignalRecording::numberOfKey(QStringView key)
 {
     if (!m_keyAfter.empty()) {
         const quint32 expected = m_keyAfter[m_latestKey];
-        if (m_keys.names.at(qsizetype(expected)) == key)
+        if (isSame(m_keys.names.at(qsizetype(expected)), key))
             return m_latestKey = expected;
     }
     const quint32 number = m_keys.numberOf(key);
