@@ -26,12 +26,9 @@ StartUp::StartUp(ProjectFolder* project, SerialControls* serial, StatusLine* sta
 void StartUp::run(const CommandLine& wanted)
 {
     QStringList problems = wanted.problems;
-    bool refused = false;
     if (wanted.projectDir || wanted.definitionsFile)
         problems += m_project->openWanted(wanted.projectDir, wanted.definitionsFile);
-    else
-        refused = !m_project->loadLastOrPrompt();
-    if (refused)
+    else if (!m_project->loadLastOrPrompt())
         return; // the program ends
     if (wanted.layoutFile) {
         const QString problem = LayoutFile(m_window, m_scene).loadFrom(*wanted.layoutFile);

@@ -3,9 +3,9 @@
 // screen. "replay" or "seek" as argument runs one of them. Prints "name value" lines; scripts/bench.sh makes
 // a table of them.
 
-#include "app/Appearance.h"
 #include "app/CommandLine.h"
 #include "app/Sigvane.h"
+#include "bench/WindowApplication.h"
 #include "canvas/DashboardItem.h"
 #include "canvas/DashboardView.h"
 #include "canvas/DesignScene.h"
@@ -17,14 +17,12 @@
 #include "support/LoopWatch.h"
 #include "widgets/TrendPlotWidget.h"
 
-#include <QApplication>
 #include <QDoubleSpinBox>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QSettings>
 #include <QSlider>
 #include <QTemporaryDir>
 
@@ -245,16 +243,7 @@ void runFlood()
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    qputenv("QT_LOGGING_RULES", "*.debug=false");
-    const QTemporaryDir settings; // the user's are left alone
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
-    QCoreApplication::setOrganizationName(QStringLiteral("Tavimar"));
-    QCoreApplication::setApplicationName(QStringLiteral("Sigvane"));
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    applyAppearance();
+    const WindowApplication application(argc, argv);
     const QByteArray only(argc > 1 ? argv[1] : "");
     if (only.isEmpty() || only == "replay")
         runReplay();

@@ -3,9 +3,9 @@
 // beside a loop that only reads and splits those. "example" or "flood" as argument runs one of them. Prints
 // "name value" lines; scripts/bench.sh makes a table of them.
 
-#include "app/Appearance.h"
 #include "app/CommandLine.h"
 #include "app/Sigvane.h"
+#include "bench/WindowApplication.h"
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
 #include "licensing/LicenseCheck.h"
@@ -13,12 +13,10 @@
 #include "support/LoopWatch.h"
 #include "widgets/DashboardWidget.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QProcess>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -303,15 +301,7 @@ void runFlood()
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir settings; // the user's are left alone
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
-    QCoreApplication::setOrganizationName(QStringLiteral("Tavimar"));
-    QCoreApplication::setApplicationName(QStringLiteral("Sigvane"));
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    applyAppearance();
+    const WindowApplication application(argc, argv);
     const QByteArray only(argc > 1 ? argv[1] : "");
     if (only != "flood")
         runExample();
