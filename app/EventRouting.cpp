@@ -2,8 +2,8 @@
 
 #include "app/ValueRouter.h"
 #include "canvas/Plots.h"
-#include "playback/SignalPlaybackEngine.h"
-#include "playback/SignalRecorder.h"
+#include "playback/recording/SignalPlaybackEngine.h"
+#include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
 
 EventRouting::EventRouting(ValueRouter* router, const DesignScene* scene, QObject* parent)

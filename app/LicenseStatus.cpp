@@ -1,6 +1,6 @@
 #include "app/LicenseStatus.h"
 
-#include "app/ControlsToolBar.h"
+#include "app/toolbars/ControlsToolBar.h"
 #include "licensing/LicenseCheck.h"
 
 #include <QMessageBox>

@@ -1,7 +1,7 @@
 #include "app/RecordingControl.h"
 
 #include "canvas/Plots.h"
-#include "playback/SignalRecorder.h"
+#include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
 
 #include <QDateTime>

@@ -2,8 +2,8 @@
 
 #include "app/CommandLine.h"
 #include "app/ProjectFolder.h"
-#include "app/SerialControls.h"
-#include "app/StatusLine.h"
+#include "app/status/StatusLine.h"
+#include "app/toolbars/SerialControls.h"
 #include "canvas/LayoutFile.h"
 
 #include <QMainWindow>

@@ -3,12 +3,13 @@
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
 #include "definitions/ActiveDefinitions.h"
+#include "definitions/numbers/FileNumbers.h"
+#include "definitions/numbers/SignalName.h"
 #include "widgets/DashboardWidget.h"
-#include "widgets/ErrorConsoleWidget.h"
-#include "widgets/FileNumbers.h"
-#include "widgets/MessagesConsoleWidget.h"
-#include "widgets/StateIndicatorWidget.h"
-#include "widgets/TrendPlotWidget.h"
+#include "widgets/consoles/ErrorConsoleWidget.h"
+#include "widgets/consoles/MessagesConsoleWidget.h"
+#include "widgets/trend/TrendPlotWidget.h"
+#include "widgets/values/StateIndicatorWidget.h"
 
 #include <QDateTime>
 

@@ -6,6 +6,7 @@
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
 #include "definitions/ActiveDefinitions.h"
+#include "definitions/numbers/SignalName.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QApplication>

@@ -4,7 +4,7 @@
 
 #include "app/Appearance.h"
 #include "widgets/DashboardWidgetFactory.h"
-#include "widgets/TrendPlotWidget.h"
+#include "widgets/trend/TrendPlotWidget.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -2,9 +2,9 @@
 // text stream and beside nothing but the conversion of the numbers. All write the same bytes to files of the
 // same folder, which is checked. Prints "name value" lines; scripts/bench.sh makes a table of them.
 
-#include "playback/SignalCsvExport.h"
-#include "playback/SignalRecorder.h"
-#include "playback/SignalRecording.h"
+#include "playback/recording/SignalCsvExport.h"
+#include "playback/recording/SignalRecorder.h"
+#include "playback/recording/SignalRecording.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
 // Loading a long recording and asking it for values, beside a loader that keeps a full map per frame. Prints
 // "name value" lines; scripts/bench.sh makes a table of them.
 
-#include "playback/RecordingReader.h"
-#include "playback/RecordingValues.h"
+#include "playback/recording/RecordingReader.h"
+#include "playback/recording/RecordingValues.h"
 
 #include <QElapsedTimer>
 #include <QFile>

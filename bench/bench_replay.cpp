@@ -11,11 +11,11 @@
 #include "canvas/DesignScene.h"
 #include "licensing/LicenseCheck.h"
 #include "playback/PlaybackController.h"
-#include "playback/SignalPlaybackEngine.h"
-#include "playback/SignalRecorder.h"
+#include "playback/recording/SignalPlaybackEngine.h"
+#include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
 #include "support/LoopWatch.h"
-#include "widgets/TrendPlotWidget.h"
+#include "widgets/trend/TrendPlotWidget.h"
 
 #include <QDoubleSpinBox>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 // Jumps and replay in a long recording. Prints "name value" lines; scripts/bench.sh makes a table of them.
 
-#include "playback/SignalPlaybackEngine.h"
+#include "playback/recording/SignalPlaybackEngine.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

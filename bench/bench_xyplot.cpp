@@ -1,6 +1,6 @@
 // A repaint of an XY plot with a full ring, beside the same dots as one circle each.
 
-#include "widgets/XYPlotWidget.h"
+#include "widgets/xyplot/XYPlotWidget.h"
 
 #include <QApplication>
 #include <QImage>

@@ -2,10 +2,10 @@
 
 #include "canvas/DesignScene.h"
 #include "canvas/StackingOrder.h"
+#include "definitions/numbers/FileNumbers.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/DashboardWidgetFactory.h"
-#include "widgets/FileNumbers.h"
 #include "widgets/ProjectFolderAware.h"
 
 #include <QApplication>

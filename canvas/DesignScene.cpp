@@ -1,11 +1,11 @@
 #include "canvas/DesignScene.h"
 
 #include "canvas/DashboardItem.h"
+#include "definitions/numbers/FileNumbers.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/DashboardWidgetFactory.h"
-#include "widgets/FileNumbers.h"
 #include "widgets/ProjectFolderAware.h"
-#include "widgets/StateIndicatorWidget.h"
+#include "widgets/values/StateIndicatorWidget.h"
 
 #include <QApplication>
 #include <QGraphicsSceneContextMenuEvent>

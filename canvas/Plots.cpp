@@ -2,8 +2,8 @@
 
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
-#include "widgets/TrendPlotWidget.h"
-#include "widgets/XYPlotWidget.h"
+#include "widgets/trend/TrendPlotWidget.h"
+#include "widgets/xyplot/XYPlotWidget.h"
 
 #include <QDebug>
 

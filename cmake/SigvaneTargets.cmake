@@ -1,15 +1,16 @@
 include_guard()
 
-# sigvane_add_library(<folder> SOURCES <files>... [LINK <libraries>...])
-# One folder, one static library sigvane_<folder> (alias sigvane::<folder>), included as "folder/File.h".
-function(sigvane_add_library folder)
+# sigvane_add_library(<room> SOURCES <files>... [LINK <libraries>...])
+# One room, one static library sigvane_<room> (alias sigvane::<room>), named after the last folder of its path;
+# its files are included by the whole path from the top, as "widgets/trend/File.h".
+function(sigvane_add_library room)
     cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
-    add_library(sigvane_${folder} STATIC ${ARG_SOURCES})
-    add_library(sigvane::${folder} ALIAS sigvane_${folder})
-    target_include_directories(sigvane_${folder} PUBLIC "${PROJECT_SOURCE_DIR}")
-    target_link_libraries(sigvane_${folder} PUBLIC ${ARG_LINK})
-    target_compile_features(sigvane_${folder} PUBLIC cxx_std_20)
-    target_compile_definitions(sigvane_${folder} PRIVATE
+    add_library(sigvane_${room} STATIC ${ARG_SOURCES})
+    add_library(sigvane::${room} ALIAS sigvane_${room})
+    target_include_directories(sigvane_${room} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_link_libraries(sigvane_${room} PUBLIC ${ARG_LINK})
+    target_compile_features(sigvane_${room} PUBLIC cxx_std_20)
+    target_compile_definitions(sigvane_${room} PRIVATE
         QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
         QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 endfunction()

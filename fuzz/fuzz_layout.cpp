@@ -6,7 +6,7 @@
 #include "canvas/LayoutFile.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/DashboardWidgetFactory.h"
-#include "widgets/TrendPlotWidget.h"
+#include "widgets/trend/TrendPlotWidget.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,8 +1,8 @@
 // Any bytes as a recording file: what the reader keeps of it, and what can be asked of that, is what a plain
 // reader finds that keeps everything of every line.
 
-#include "playback/RecordingReader.h"
-#include "playback/RecordingValues.h"
+#include "playback/recording/RecordingReader.h"
+#include "playback/recording/RecordingValues.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -2,8 +2,8 @@
 
 #include "definitions/ActiveDefinitions.h"
 #include "playback/ExportCsvDialog.h"
-#include "playback/SignalRecording.h"
 #include "playback/WorkProgress.h"
+#include "playback/recording/SignalRecording.h"
 #include "widgets/PlainWarning.h"
 
 #include <QDir>

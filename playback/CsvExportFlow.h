@@ -1,6 +1,6 @@
 #pragma once
 
-#include "playback/SignalCsvExport.h"
+#include "playback/recording/SignalCsvExport.h"
 
 #include <QObject>
 #include <QString>

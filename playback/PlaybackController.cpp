@@ -3,11 +3,11 @@
 #include "canvas/DesignScene.h"
 #include "canvas/Plots.h"
 #include "definitions/ActiveDefinitions.h"
-#include "playback/SignalPlaybackEngine.h"
-#include "playback/SignalRecorder.h"
+#include "definitions/numbers/FileNumbers.h"
 #include "playback/WorkProgress.h"
-#include "widgets/FileNumbers.h"
-#include "widgets/TrendPlotWidget.h"
+#include "playback/recording/SignalPlaybackEngine.h"
+#include "playback/recording/SignalRecorder.h"
+#include "widgets/trend/TrendPlotWidget.h"
 
 #include <QCheckBox>
 #include <QDebug>

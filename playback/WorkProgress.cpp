@@ -1,6 +1,6 @@
 #include "playback/WorkProgress.h"
 
-#include "widgets/FileNumbers.h"
+#include "definitions/numbers/FileNumbers.h"
 
 #include <QCoreApplication>
 #include <QFontMetrics>

@@ -1,21 +1,39 @@
 #!/usr/bin/env bash
-# Holds every folder to its include directions: a folder may include its own files and those of the
-# folders in its row below, always as "folder/File.h". Prints each offence as file:line and fails.
+# Holds every room to its include directions: a room may include its own files and those of the rooms in its
+# row below, always by the whole path from the top ("widgets/trend/File.h"). A room is a folder, without the
+# rooms inside it. Prints each offence as file:line and fails.
 set -euo pipefail
 cd "${1:-$(dirname "${BASH_SOURCE[0]}")/..}"
 
+everybody="definitions/numbers"
+types="widgets/values widgets/trend widgets/xyplot widgets/consoles widgets/decor"
+widgets="widgets widgets/drawing $types widgets/builtin"
+below_app="definitions serial serial/line licensing $widgets canvas playback playback/recording resources"
+all="$below_app app app/toolbars app/status support"
+
 declare -A allowed=(
     [definitions]=""
-    [serial]=""
+    [definitions/numbers]=""
+    [serial]="serial/line"
+    [serial/line]=""
     [licensing]=""
     [widgets]="definitions"
-    [canvas]="widgets definitions"
-    [playback]="definitions serial widgets canvas"
-    [app]="definitions serial licensing widgets canvas playback"
-    [tests]="definitions serial licensing widgets canvas playback app support"
-    [bench]="definitions serial licensing widgets canvas playback app fuzz support"
-    [fuzz]="definitions serial licensing widgets canvas playback app support"
+    [widgets/drawing]=""
+    [widgets/builtin]="widgets widgets/drawing definitions $types"
+    [canvas]="$widgets definitions"
+    [playback]="playback/recording definitions $widgets canvas"
+    [playback/recording]="definitions serial/line"
+    [resources]=""
+    [app]="$below_app app/toolbars app/status"
+    [app/toolbars]="$below_app"
+    [app/status]="$below_app"
+    [tests]="$all"
+    [bench]="$all fuzz"
+    [fuzz]="$all"
 )
+for type in $types; do
+    allowed[$type]="widgets widgets/drawing definitions"
+done
 
 offences=0
 checked=0
@@ -24,29 +42,43 @@ offend() { # <file> <line> <message>
     offences=$((offences + 1))
 }
 
-check_include() { # <folder> <file> <line number> <included path, with its opening quote or bracket>
+check_include() { # <room> <file> <line number> <included path, with its opening quote or bracket>
     local path=${4#?}
     if [[ $4 == \<* ]]; then
-        # A header of the system or the toolkit, unless it names one of our folders.
+        # A header of the system or of Qt, unless it names one of our rooms.
         [ -z "${allowed[${path%%/*}]+ours}" ] || offend "$2" "$3" "\"$path\" is included with brackets"
         return
     fi
     checked=$((checked + 1))
-    if [[ ! $path =~ ^([a-z]+)/[A-Za-z0-9_]+\.h$ ]]; then
-        offend "$2" "$3" "\"$path\" is not of the form \"folder/File.h\""
-    elif [[ " $1 ${allowed[$1]} " != *" ${BASH_REMATCH[1]} "* ]]; then
+    if [[ ! $path =~ ^([a-z]+(/[a-z]+)*)/[A-Za-z0-9_]+\.h$ ]]; then
+        offend "$2" "$3" "\"$path\" is not of the form \"room/File.h\""
+    elif [[ " $1 ${allowed[$1]} $everybody " != *" ${BASH_REMATCH[1]} "* ]]; then
         offend "$2" "$3" "$1/ may not include ${BASH_REMATCH[1]}/ (\"$path\")"
     fi
 }
 
+# The room that a file belongs to; tests and fuzz targets are one each, whatever folders they have.
+room_of() { # <file>
+    local folder=${1%/*}
+    case $folder in
+    tests/* | fuzz/*) echo "${folder%%/*}" ;;
+    *) echo "$folder" ;;
+    esac
+}
+
 include='^[[:space:]]*#[[:space:]]*include[[:space:]]*(["<][^">]+)'
-for folder in "${!allowed[@]}"; do
-    [ -d "$folder" ] || continue
+for top in "${!allowed[@]}"; do
+    [[ $top != */* && -d $top ]] || continue
     while IFS=: read -r file line text; do
         [[ $text =~ $include ]] || continue
-        # What moc generates for a class in a source file is named by the tool.
-        [[ ${BASH_REMATCH[1]} == *.moc ]] || check_include "$folder" "$file" "$line" "${BASH_REMATCH[1]}"
-    done < <(grep -rnE --include='*.h' --include='*.cpp' "$include" "$folder" || true)
+        path=${BASH_REMATCH[1]}
+        room=$(room_of "$file")
+        if [ -z "${allowed[$room]+known}" ]; then
+            offend "$file" "$line" "$room/ has no row in check-layers"
+        elif [[ $path != *.moc ]]; then # what moc generates for a class in a source file is named by the tool
+            check_include "$room" "$file" "$line" "$path"
+        fi
+    done < <(grep -rnE --include='*.h' --include='*.cpp' "$include" "$top" || true)
 done
 
 if [ "$offences" -gt 0 ]; then

@@ -1,6 +1,6 @@
 #include "serial/SerialManager.h"
 
-#include "serial/LineParser.h"
+#include "serial/line/LineParser.h"
 
 #include <QSerialPortInfo>
 #include <QVarLengthArray>

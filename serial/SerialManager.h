@@ -1,6 +1,6 @@
 #pragma once
 
-#include "serial/LineValues.h"
+#include "serial/line/LineValues.h"
 
 #include <QByteArray>
 #include <QElapsedTimer>

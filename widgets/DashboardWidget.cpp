@@ -71,5 +71,3 @@ bool DashboardWidget::event(QEvent* event)
         m_updatePending = false;
     return QWidget::event(event);
 }
-
-QString canonical(const QString& entry) { return entry.section(QLatin1Char(':'), 0, 0).trimmed(); }

@@ -65,6 +65,3 @@ private:
     QList<QString> m_assignedSignals;
     bool m_updatePending = false;
 };
-
-/// The signal that an assignment entry names: what stands before its first ":", without outer white space.
-QString canonical(const QString& entry);

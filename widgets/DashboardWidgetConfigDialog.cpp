@@ -1,6 +1,7 @@
 #include "widgets/DashboardWidgetConfigDialog.h"
 
 #include "definitions/DashboardSignalParser.h"
+#include "definitions/numbers/SignalName.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "playback/SignalPlaybackEngine.h"
+#include "playback/recording/SignalPlaybackEngine.h"
 #include "support/PseudoTerminal.h"
 
 #include <QDir>

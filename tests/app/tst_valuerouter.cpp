@@ -3,10 +3,10 @@
 #include "canvas/DesignScene.h"
 #include "definitions/ActiveDefinitions.h"
 #include "widgets/DashboardWidget.h"
-#include "widgets/ErrorConsoleWidget.h"
-#include "widgets/MessagesConsoleWidget.h"
-#include "widgets/StateIndicatorWidget.h"
-#include "widgets/XYPlotWidget.h"
+#include "widgets/consoles/ErrorConsoleWidget.h"
+#include "widgets/consoles/MessagesConsoleWidget.h"
+#include "widgets/values/StateIndicatorWidget.h"
+#include "widgets/xyplot/XYPlotWidget.h"
 
 #include <QGraphicsProxyWidget>
 #include <QRandomGenerator>

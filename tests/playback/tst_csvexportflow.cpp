@@ -1,6 +1,6 @@
 #include "definitions/ActiveDefinitions.h"
 #include "playback/CsvExportFlow.h"
-#include "playback/SignalRecording.h"
+#include "playback/recording/SignalRecording.h"
 #include "support/ModalAnswer.h"
 #include "support/SmallDisk.h"
 

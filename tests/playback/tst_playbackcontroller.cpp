@@ -1,9 +1,9 @@
 #include "definitions/ActiveDefinitions.h"
 #include "playback/PlaybackController.h"
-#include "playback/SignalPlaybackEngine.h"
+#include "playback/recording/SignalPlaybackEngine.h"
 #include "support/Canvas.h"
 #include "support/ModalAnswer.h"
-#include "widgets/TrendPlotWidget.h"
+#include "widgets/trend/TrendPlotWidget.h"
 
 #include <QCheckBox>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "support/WidgetTools.h"
-#include "widgets/BarGraphWidget.h"
-#include "widgets/LineWidget.h"
-#include "widgets/TextLabelWidget.h"
+#include "widgets/decor/LineWidget.h"
+#include "widgets/decor/TextLabelWidget.h"
+#include "widgets/values/BarGraphWidget.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 #include "support/ModalAnswer.h"
 #include "support/WidgetTools.h"
-#include "widgets/AnalogGaugeWidget.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
+#include "widgets/values/AnalogGaugeWidget.h"
 
 #include <QListWidget>
 #include <QTest>

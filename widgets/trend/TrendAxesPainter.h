@@ -1,0 +1,40 @@
+#pragma once
+
+#include "widgets/trend/TrendGeometry.h"
+
+#include <QList>
+#include <QRect>
+
+class QPainter;
+
+// Draws what frames the traces of a trend plot: grid, axes, the line at zero, and the labels of time and
+// value. It uses the painter's font, leaves out a label that would overlap another one, and knows no samples.
+class TrendAxesPainter
+{
+public:
+    /// The painter must outlive this. divisions may be any number; at least 1 and at most 100 are drawn.
+    TrendAxesPainter(QPainter& painter, const QRect& plot, const TrendGeometry::Frame& frame, int divisions);
+
+    void drawGrid();
+    /// The limits of the values at the lower and the upper edge, and the width of the time span. Labels of
+    /// times leave out what will be covered.
+    void drawAxesAndZero(double min, double max, int timeWindowMs, const QList<QRect>& covered);
+
+private:
+    struct ValueLabel
+    {
+        double value;
+        QRect box;
+    };
+
+    void drawTimeTicks(int timeWindowMs, const QList<QRect>& covered);
+    void drawTimeTick(int division, int timeWindowMs, QList<QRect>& taken);
+    void addValueLabel(double value, int top, int height);
+    void drawValueLabels();
+
+    QPainter& m_painter;
+    QRect m_plot;
+    TrendGeometry::Frame m_frame;
+    int m_divisions;
+    QList<ValueLabel> m_valueLabels;
+};

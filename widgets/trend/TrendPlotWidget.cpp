@@ -1,0 +1,498 @@
+#include "widgets/trend/TrendPlotWidget.h"
+
+#include "definitions/numbers/FileNumbers.h"
+#include "definitions/numbers/SignalName.h"
+#include "widgets/DisplayName.h"
+#include "widgets/drawing/SizedFont.h"
+#include "widgets/trend/MarkerLabelEditor.h"
+#include "widgets/trend/TrendAxesPainter.h"
+#include "widgets/trend/TrendCrosshair.h"
+#include "widgets/trend/TrendTrace.h"
+
+#include <QDateTime>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsScene>
+#include <QGuiApplication>
+#include <QJsonObject>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr QSize kMinimumSize(220, 140);
+constexpr int kLabelPointSize = 9;
+
+constexpr double kValueEpsilon = 1e-9;
+constexpr qint64 kHoldRepeatMs = 50;
+constexpr qint64 kIdlePruneMs = 200;
+constexpr int kTickIntervalMs = 100;
+constexpr qint64 kPruneIntervalMs = 30;
+
+constexpr QLatin1String kMarkersKey("markers");
+
+bool isRepeat(const TrendSeries& series, double value)
+{
+    return !series.isEmpty() && std::abs(series.last().value - value) <= kValueEpsilon;
+}
+
+} // namespace
+
+TrendPlotWidget::TrendPlotWidget(QWidget* parent)
+    : DashboardWidget(parent)
+    , m_lastAppendMs(nowMs())
+{
+    setMinimumSize(kMinimumSize);
+    setMouseTracking(true);
+    setToolTip(tr("Alt+Left in plot: add marker\nAlt+Shift+Left in plot: add labeled marker\n"
+                  "Alt+Left on legend: hide/show channel"));
+    connect(this, &DashboardWidget::assignmentChanged, this, &TrendPlotWidget::followAssignment);
+    m_idleTimer.setInterval(kTickIntervalMs);
+    m_idleTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_idleTimer, &QTimer::timeout, this, &TrendPlotWidget::idleTick);
+    m_idleTimer.start();
+}
+
+// --- Time and samples --------------------------------------------------------------------------------------
+
+qint64 TrendPlotWidget::nowMs() { return QDateTime::currentMSecsSinceEpoch(); }
+
+qint64 TrendPlotWidget::currentNowMs() const { return m_externalTime ? m_externalNowMs : nowMs(); }
+
+void TrendPlotWidget::followAssignment()
+{
+    const QStringList entries = assignedSignalList();
+    m_store.setAssignment(entries);
+    m_channels.clear();
+    QSet<QString> seen;
+    for (const QString& entry : entries) {
+        const QString key = canonical(entry);
+        if (seen.contains(key))
+            continue;
+        seen.insert(key);
+        m_channels.append({key, defaultColor(int(m_channels.size()))});
+    }
+}
+
+void TrendPlotWidget::setValueForSignal(const QString& name, double value)
+{
+    const qint64 now = currentNowMs();
+    TrendSeries* series = rewoundSeries(name, now);
+    if (!series || isRepeat(*series, value))
+        return;
+    append(*series, now, value, now);
+    updateForValue();
+}
+
+void TrendPlotWidget::setValueForSignalAt(const QString& name, double value, double tSec)
+{
+    if (m_externalTime && !std::isfinite(tSec))
+        return;                        // it has no place on the axis, and must not throw out what has
+    const qint64 now = currentNowMs(); // asked once: the clock costs more than all else here
+    const qint64 t = m_externalTime ? wholeMs(tSec * 1000.0) : now;
+    TrendSeries* series = rewoundSeries(name, t);
+    if (!series)
+        return;
+    if (isRepeat(*series, value) && (m_settings.sampleAndHold || t - series->last().tMs < kHoldRepeatMs))
+        return;
+    append(*series, t, value, now);
+    if (!m_bulkLoading)
+        updateForValue();
+}
+
+void TrendPlotWidget::addSample(const QString& name, double value, qint64 tMs, bool update)
+{
+    qDebug("TrendPlotWidget::addSample time: %lld", static_cast<long long>(tMs));
+    const qint64 t = boundedTimeMs(tMs);
+    TrendSeries* series = rewoundSeries(name, t);
+    if (!series || isRepeat(*series, value))
+        return;
+    append(*series, t, value, currentNowMs());
+    if (update && !m_bulkLoading)
+        this->update();
+}
+
+// The series for a value of that time; null when the signal is not taken. When time has gone backwards (a
+// seek, the clock set back), what is newer belongs to a past that did not happen, and would hide what comes.
+TrendSeries* TrendPlotWidget::rewoundSeries(const QString& name, qint64 tMs)
+{
+    TrendSeries* series = m_store.accept(name);
+    if (series)
+        series->dropNewerThan(tMs);
+    return series;
+}
+
+void TrendPlotWidget::append(TrendSeries& series, qint64 tMs, double value, qint64 now)
+{
+    series.append({tMs, value});
+    m_lastAppendMs = tMs;
+    m_store.pruneAfterAppend(series, now - m_settings.timeWindowMs);
+    m_lastPruneMs = now;
+}
+
+void TrendPlotWidget::pruneOld()
+{
+    const qint64 now = currentNowMs();
+    m_store.pruneKeepingOne(now - m_settings.timeWindowMs);
+    m_lastPruneMs = now;
+}
+
+void TrendPlotWidget::pruneOld(qint64 nowMs)
+{
+    const qint64 now = boundedTimeMs(nowMs);
+    if (now - m_lastPruneMs < kPruneIntervalMs)
+        return;
+    m_store.pruneAll(now - m_settings.timeWindowMs);
+    m_lastPruneMs = now;
+}
+
+void TrendPlotWidget::trimToWindowEndingAt(qint64 endMs)
+{
+    m_store.trim(boundedTimeMs(endMs), m_settings.timeWindowMs);
+    updateForValue();
+}
+
+void TrendPlotWidget::beginBulkLoad() { m_bulkLoading = true; }
+
+void TrendPlotWidget::endBulkLoad()
+{
+    m_bulkLoading = false;
+    update();
+}
+
+void TrendPlotWidget::clearData()
+{
+    m_store.clear();
+    m_lastPruneMs = 0;
+    update();
+}
+
+void TrendPlotWidget::setExternalTimeEnabled(bool on)
+{
+    if (on == std::exchange(m_externalTime, on))
+        return; // a replay says so with every frame
+    on ? m_idleTimer.stop() : m_idleTimer.start();
+    update();
+}
+
+void TrendPlotWidget::setExternalNowMs(qint64 t) { m_externalNowMs = boundedTimeMs(t); }
+
+double TrendPlotWidget::valueAtTime(const QString& key, qint64 tMs) const
+{
+    const TrendSeries* series = m_store.find(key);
+    return series ? series->valueNear(boundedTimeMs(tMs)) : qQNaN();
+}
+
+void TrendPlotWidget::idleTick()
+{
+    // The clock may have been set back since.
+    if (m_externalTime || std::abs(nowMs() - m_lastAppendMs) < kIdlePruneMs)
+        return;
+    pruneOld();
+    update();
+}
+
+void TrendPlotWidget::showEvent(QShowEvent* event)
+{
+    DashboardWidget::showEvent(event);
+    if (!m_externalTime && !m_idleTimer.isActive())
+        m_idleTimer.start();
+}
+
+void TrendPlotWidget::hideEvent(QHideEvent* event)
+{
+    m_idleTimer.stop();
+    DashboardWidget::hideEvent(event);
+}
+
+// --- Markers and mouse -------------------------------------------------------------------------------------
+
+void TrendPlotWidget::clearAllMarkers()
+{
+    m_markers.clear();
+    update();
+}
+
+void TrendPlotWidget::clearMarkers(Marker::Kind kind)
+{
+    m_markers.removeIf([kind](const Marker& marker) { return marker.kind == kind; });
+    update();
+}
+
+void TrendPlotWidget::mousePressEvent(QMouseEvent* event)
+{
+    const Qt::KeyboardModifiers modifiers = QGuiApplication::keyboardModifiers();
+    const QPoint pos = event->position().toPoint();
+    const QPoint globalPos = event->globalPosition().toPoint();
+    event->ignore();
+    if (!modifiers.testFlag(Qt::AltModifier))
+        return;
+    if (event->button() == Qt::RightButton) {
+        afterPress([this, globalPos] { openMarkerMenu(globalPos); });
+        event->accept();
+    } else if (event->button() == Qt::LeftButton && toggleChannelAt(pos)) {
+        event->accept();
+    } else if (event->button() == Qt::LeftButton && addMarkerAt(pos)) {
+        if (modifiers.testFlag(Qt::ShiftModifier)) {
+            afterPress([this, index = int(m_markers.size()) - 1, globalPos] {
+                promptLabelForMarker(index, globalPos);
+            });
+        }
+        event->accept();
+    }
+}
+
+// Opens what takes the mouse once the press has been dealt with. It will swallow the release as well: without
+// it the canvas would go on sending this plot every move and the next press.
+void TrendPlotWidget::afterPress(const std::function<void()>& open)
+{
+    QTimer::singleShot(0, this, [this, open] {
+        QGraphicsProxyWidget* proxy = graphicsProxyWidget();
+        if (proxy && proxy->scene() && proxy->scene()->mouseGrabberItem() == proxy)
+            proxy->ungrabMouse();
+        open();
+    });
+}
+
+bool TrendPlotWidget::toggleChannelAt(const QPoint& pos)
+{
+    const std::optional<QString> key = m_legend.channelAt(pos);
+    if (!key)
+        return false;
+    if (!m_hiddenChannels.remove(*key))
+        m_hiddenChannels.insert(*key);
+    update();
+    return true;
+}
+
+bool TrendPlotWidget::addMarkerAt(const QPoint& pos)
+{
+    const QRect plot = plotRect();
+    if (!plot.contains(pos))
+        return false;
+    const qint64 now = currentNowMs();
+    m_markers.append({m_externalTime ? Marker::Kind::Data : Marker::Kind::Screen,
+                      TrendGeometry::timeForX(plot, now - m_settings.timeWindowMs, now, pos.x()),
+                      double(pos.x() - plot.left()) / plot.width(), QString()});
+    update();
+    return true;
+}
+
+// Without a parent, as it would be drawn on the canvas and cut off there.
+void TrendPlotWidget::openMarkerMenu(const QPoint& globalPos)
+{
+    auto* menu = new QMenu;
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    connect(this, &QObject::destroyed, menu, &QWidget::close);
+    menu->addAction(tr("Delete all markers"), this, &TrendPlotWidget::clearAllMarkers);
+    menu->addAction(tr("Delete screen markers"), this, &TrendPlotWidget::clearScreenMarkers);
+    menu->addAction(tr("Delete data markers"), this, &TrendPlotWidget::clearDataMarkers);
+    menu->popup(globalPos);
+}
+
+void TrendPlotWidget::promptLabelForMarker(int index, const QPoint& globalPos)
+{
+    if (index < 0 || index >= m_markers.size())
+        return;
+    auto* editor = new MarkerLabelEditor(m_markers[index].label, this);
+    connect(editor, &MarkerLabelEditor::labelEntered, this, [this, index](const QString& label) {
+        if (index < m_markers.size())
+            m_markers[index].label = label;
+        update();
+    });
+    editor->showNear(globalPos);
+}
+
+void TrendPlotWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    m_mousePos = event->position().toPoint();
+    update();
+}
+
+void TrendPlotWidget::enterEvent(QEnterEvent*)
+{
+    m_mouseInside = true;
+    update();
+}
+
+void TrendPlotWidget::leaveEvent(QEvent*)
+{
+    m_mouseInside = false;
+    update();
+}
+
+// --- Painting ----------------------------------------------------------------------------------------------
+
+QColor TrendPlotWidget::defaultColor(int i)
+{
+    static const std::array<QColor, 6> colors = {QColor(0, 0, 0),   QColor(200, 0, 0),  QColor(0, 120, 0),
+                                                 QColor(0, 0, 180), QColor(150, 75, 0), QColor(128, 0, 128)};
+    return colors[std::size_t(i) % colors.size()];
+}
+
+QRect TrendPlotWidget::plotRect() const { return TrendGeometry::plotRect(size(), frame()); }
+
+TrendGeometry::Frame TrendPlotWidget::frame() const { return TrendGeometry::bounded(m_settings.frame); }
+
+QList<TrendPlotWidget::Channel> TrendPlotWidget::shownChannels() const
+{
+    QList<Channel> shown;
+    for (const Channel& channel : m_channels) {
+        const TrendSeries* series = m_store.find(channel.key);
+        if (series && !series->isEmpty() && !m_hiddenChannels.contains(channel.key))
+            shown.append(channel);
+    }
+    return shown;
+}
+
+std::pair<double, double> TrendPlotWidget::currentYRange(qint64 t0) const
+{
+    if (!m_settings.autoscale)
+        return {m_settings.yMin, m_settings.yMax};
+    TrendExtent extent;
+    const QList<Channel> channels = shownChannels();
+    for (const Channel& channel : channels) {
+        const TrendSeries* series = m_store.find(channel.key);
+        extent.include(series->extent(series->indexAtOrAfter(t0), series->size()));
+    }
+    return extent.hasFinite() ? TrendGeometry::paddedRange(extent.low, extent.high) : std::pair(-1.0, 1.0);
+}
+
+void TrendPlotWidget::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(QPalette::Window));
+    m_legend.clear();
+    if (m_channels.isEmpty()) {
+        painter.setPen(Qt::gray);
+        painter.drawText(rect(), Qt::AlignCenter, tr("No signals"));
+        return;
+    }
+    const QRect plot = plotRect();
+    if (plot.isEmpty())
+        return;
+    const qint64 now = currentNowMs();
+    const qint64 t0 = now - m_settings.timeWindowMs;
+    const auto [min, max] = currentYRange(t0);
+    painter.setFont(sizedFont(font(), kLabelPointSize));
+
+    // Straight lines are smeared over two rows of pixels by antialiasing.
+    painter.setPen(QColor(200, 200, 200));
+    painter.drawLine(plot.topLeft(), plot.topRight());
+    const TrendMarkerLayout markers(m_markers, plot, t0, now, painter.fontMetrics());
+    TrendAxesPainter axes(painter, plot, frame(), m_settings.gridLines);
+    if (m_settings.showGrid)
+        axes.drawGrid();
+    axes.drawAxesAndZero(min, max, m_settings.timeWindowMs, markers.timeBoxes());
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_settings.sampleAndHold)
+        drawSeriesSteps(painter, plot, min, max, t0);
+    else
+        drawSeries(painter, plot, min, max, t0);
+    markers.paint(painter, frame().margin + 2);
+    drawLegend(painter, plot);
+    drawCrosshair(painter, plot, t0, now); // last, as its readings may stand on the legend
+}
+
+void TrendPlotWidget::drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth,
+                                 Tracer tracer) const
+{
+    if (!axes.values.isUsable())
+        return;
+    const QList<Channel> channels = shownChannels();
+    for (const Channel& channel : channels) {
+        const Trace trace = tracer(*m_store.find(channel.key), axes);
+        painter.setPen(QPen(channel.color, penWidth));
+        painter.drawLines(trace.lines);
+        painter.setRenderHint(QPainter::Antialiasing, false); // whole pixels
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(channel.color);
+        painter.drawRects(trace.areas);
+        painter.setRenderHint(QPainter::Antialiasing, true);
+    }
+}
+
+void TrendPlotWidget::drawSeries(QPainter& painter, const QRect& plot, double min, double max,
+                                 qint64 t0) const
+{
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, Trace::kPenWidth, segmentTrace);
+}
+
+void TrendPlotWidget::drawSeriesSteps(QPainter& painter, const QRect& plot, double min, double max,
+                                      qint64 t0) const
+{
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, Trace::kPenWidth, stepTrace);
+}
+
+void TrendPlotWidget::drawSeriesDownsampled(QPainter& painter, const QRect& plot, double min, double max,
+                                            qint64 t0) const
+{
+    qDebug("Downsampled");
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, 1.0, columnTrace);
+}
+
+QStringList TrendPlotWidget::readingsAt(qint64 tMs, qint64 nowMs) const
+{
+    QStringList readings{QStringLiteral("t = %1 s").arg((double(nowMs) - double(tMs)) / 1000.0, 0, 'f', 3)};
+    for (const Channel& channel : m_channels) {
+        const double value = valueAtTime(channel.key, tMs);
+        if (!std::isnan(value))
+            readings.append(channel.key + QLatin1String(": ") + QString::number(value, 'g', 6));
+    }
+    return readings;
+}
+
+void TrendPlotWidget::drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const
+{
+    if (!m_mouseInside || !plot.contains(m_mousePos))
+        return;
+    paintCrosshair(painter, plot, m_mousePos.x(),
+                   readingsAt(TrendGeometry::timeForX(plot, t0, t1, m_mousePos.x()), t1));
+}
+
+void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)
+{
+    QList<TrendLegend::Row> rows;
+    for (const Channel& channel : std::as_const(m_channels)) {
+        const TrendSeries* series = m_store.find(channel.key);
+        if (series && !series->isEmpty())
+            rows.append({channel.key, displayNameOf(channel.key), channel.color,
+                         m_hiddenChannels.contains(channel.key)});
+    }
+    m_legend.paint(painter, plot, height(), rows, palette().color(QPalette::Window));
+}
+
+// --- Configuration -----------------------------------------------------------------------------------------
+
+QString TrendPlotWidget::typeName() const { return QStringLiteral("TrendPlot"); }
+
+bool TrendPlotWidget::supportsMultipleSignals() const { return true; }
+
+void TrendPlotWidget::loadConfig(const QJsonObject& config)
+{
+    m_settings.load(config);
+    if (config.contains(kMarkersKey))
+        m_markers = markersFromJson(config.value(kMarkersKey).toArray());
+    update();
+}
+
+QJsonObject TrendPlotWidget::saveConfig() const
+{
+    QJsonObject config = m_settings.save();
+    config.insert(kMarkersKey, markersToJson(m_markers));
+    return config;
+}
+
+void TrendPlotWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
+{
+    m_editors.build(m_settings, form, parent);
+}
+
+void TrendPlotWidget::applyConfigUI()
+{
+    m_editors.apply(m_settings);
+    update();
+}

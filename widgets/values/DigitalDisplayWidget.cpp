@@ -1,0 +1,171 @@
+#include "widgets/values/DigitalDisplayWidget.h"
+
+#include "definitions/numbers/FileNumbers.h"
+#include "widgets/ConfigEditors.h"
+#include "widgets/drawing/SizedFont.h"
+#include "widgets/values/SignalCaption.h"
+
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QPainter>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int kValuePointSize = 28;
+constexpr int kSmallestPointSize = 8;
+constexpr int kNamePointSize = 10;
+constexpr int kFrameMs = 16;
+constexpr int kWritesPerFrame = 16; ///< a new text costs more than all else that a value does
+constexpr int kMaxOfferedPlaces = 8;
+constexpr int kMaxShownPlaces = 17; ///< a double has no more digits to tell
+
+constexpr QLatin1String kSignalKey("signal");
+constexpr QLatin1String kDecimalPlacesKey("decimalPlaces");
+
+/// A label that draws a text too wide for it in a smaller font, and elided where even the smallest is too
+/// wide: a number without its first digits reads as another number.
+class ValueLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+    // Of no use here, and the text is laid out to answer after every value.
+    QSize sizeHint() const override { return {0, fontMetrics().height()}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        const double needed = widthIn(font());
+        if (needed <= width()) {
+            QLabel::paintEvent(event);
+            return;
+        }
+        QPainter painter(this);
+        QFont smaller = font();
+        int pointSize = std::max(kSmallestPointSize, int(kValuePointSize * width() / needed)) + 1;
+        do {
+            smaller.setPointSize(--pointSize);
+        } while (pointSize > kSmallestPointSize && widthIn(smaller) > width());
+        painter.setFont(smaller);
+        const QString shown = widthIn(smaller) <= width()
+                                  ? text()
+                                  : painter.fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        style()->drawItemText(&painter, rect(), Qt::AlignCenter, palette(), isEnabled(), shown,
+                              foregroundRole());
+    }
+
+private:
+    /// Not rounded down, as a fraction of a pixel too much would be elided with a whole digit.
+    double widthIn(const QFont& font) const
+    {
+        return std::ceil(QFontMetricsF(font, this).horizontalAdvance(text()));
+    }
+};
+
+} // namespace
+
+DigitalDisplayWidget::DigitalDisplayWidget(QWidget* parent)
+    : DashboardWidget(parent)
+    , m_label(new ValueLabel(QStringLiteral("0"), this))
+{
+    m_label->setFont(sizedFont(m_label->font(), kValuePointSize));
+    m_label->setAlignment(Qt::AlignCenter);
+    m_label->setTextFormat(Qt::PlainText);
+    // 1e308 has 309 digits: the text must never decide how wide the widget has to be.
+    m_label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_label);
+
+    m_frameTimer.setSingleShot(true);
+    m_frameTimer.setTimerType(Qt::PreciseTimer);
+    m_frameTimer.setInterval(kFrameMs);
+    connect(&m_frameTimer, &QTimer::timeout, this, &DigitalDisplayWidget::endFrame);
+}
+
+void DigitalDisplayWidget::setValue(double value)
+{
+    m_value = value;
+    if (m_writes < kWritesPerFrame)
+        writeLabel();
+    else
+        m_pending = true;
+    if (!m_frameTimer.isActive())
+        m_frameTimer.start();
+}
+
+void DigitalDisplayWidget::endFrame()
+{
+    m_writes = 0;
+    writePending();
+}
+
+// Also before other decimal places come into force: they are for the values after.
+void DigitalDisplayWidget::writePending()
+{
+    if (m_pending)
+        writeLabel();
+}
+
+void DigitalDisplayWidget::writeLabel()
+{
+    ++m_writes;
+    m_pending = false;
+    m_label->setText(QString::number(m_value, 'f', std::clamp(m_decimalPlaces, 0, kMaxShownPlaces)));
+}
+
+QString DigitalDisplayWidget::typeName() const { return QStringLiteral("DigitalDisplay"); }
+
+QString DigitalDisplayWidget::signalName() const { return m_signal; }
+
+void DigitalDisplayWidget::assignSignal(const QString& name) { m_signal = name; }
+
+void DigitalDisplayWidget::loadConfig(const QJsonObject& config)
+{
+    writePending();
+    if (config.contains(kSignalKey))
+        m_signal = config.value(kSignalKey).toString();
+    if (config.contains(kDecimalPlacesKey))
+        m_decimalPlaces = jsonInt(config.value(kDecimalPlacesKey), 0);
+}
+
+QJsonObject DigitalDisplayWidget::saveConfig() const
+{
+    return {{kSignalKey, m_signal}, {kDecimalPlacesKey, m_decimalPlaces}};
+}
+
+void DigitalDisplayWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
+{
+    m_decimalPlacesEditor = new QDoubleSpinBox(parent);
+    m_decimalPlacesEditor->setRange(0, kMaxOfferedPlaces);
+    m_decimalPlacesEditor->setDecimals(0);
+    m_decimalPlacesEditor->setValue(m_decimalPlaces);
+    addEditor(form, tr("Decimal Places:"), m_decimalPlacesEditor.data(),
+              tr("Digits after the decimal point, from the next value on"));
+}
+
+void DigitalDisplayWidget::applyConfigUI()
+{
+    writePending();
+    if (m_decimalPlacesEditor)
+        m_decimalPlaces = static_cast<int>(m_decimalPlacesEditor->value());
+}
+
+void DigitalDisplayWidget::paintEvent(QPaintEvent*)
+{
+    if (assignedSignalList().isEmpty())
+        return;
+    const SignalCaption caption = signalCaption(assignedSignalList());
+    QPainter painter(this);
+    painter.setFont(sizedFont(painter.font(), kNamePointSize));
+    painter.setPen(Qt::black);
+    painter.drawText(QRect(0, 25, width(), height() + 25), Qt::AlignCenter, caption.description);
+    painter.drawText(QRect(0, 35, width(), height() + 35), Qt::AlignCenter, caption.name);
+}
