@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-// The way of a value onto an axis, safe for whatever limits a layout or a device gives: the distance of the
-// limits is always finite, and no value leads off the axis.
+// Where a value lies between two limits, safe for whatever limits a layout or a device gives: the distance of
+// the limits is always finite, and no value lies outside of them.
 struct ValueScale
 {
     /// Beyond this a range is cut: the distance of two limits, with room around them, must not overflow.

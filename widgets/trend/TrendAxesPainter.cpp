@@ -1,12 +1,11 @@
 #include "widgets/trend/TrendAxesPainter.h"
 
-#include "widgets/drawing/NumberStyle.h"
-#include "widgets/drawing/ValueScale.h"
+#include "widgets/drawing/ValueAxis.h"
+#include "widgets/trend/TrendGeometry.h"
 
 #include <QPainter>
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -15,17 +14,14 @@ constexpr int kLabelGap = 6; ///< pixels between the labels and the axis
 constexpr int kTickLength = 4;
 constexpr int kEndLabelHeight = 16;
 constexpr int kMinimumTimeLabelGap = 4;
-constexpr int kSharedRows = 2;
-constexpr int kDigits = 6;
 
 } // namespace
 
-TrendAxesPainter::TrendAxesPainter(QPainter& painter, const QRect& plot, const TrendGeometry::Frame& frame,
-                                   int divisions)
+TrendAxesPainter::TrendAxesPainter(QPainter& painter, const QRect& plot, int divisions)
     : m_painter(painter)
     , m_plot(plot)
-    , m_frame(frame)
     , m_divisions(std::clamp(divisions, 1, kMaxDivisions))
+    , m_valueLabels(plot, kLabelGap)
 {}
 
 void TrendAxesPainter::drawGrid()
@@ -50,16 +46,16 @@ void TrendAxesPainter::drawAxesAndZero(double min, double max, int timeWindowMs,
     m_painter.setPen(QPen(QColor(200, 200, 200), 1));
     m_painter.drawLine(m_plot.bottomLeft(), m_plot.bottomRight());
 
-    addValueLabel(max, m_plot.top() - 2, kEndLabelHeight);
-    addValueLabel(min, bottom - 10, kEndLabelHeight);
+    m_valueLabels.addIfFree(max, m_plot.top() - 2, kEndLabelHeight);
+    m_valueLabels.addIfFree(min, bottom - 10, kEndLabelHeight);
     const ValueScale scale(min, max);
     if (scale.low < 0 && scale.high > 0) {
-        const int zero = bottom - scale.pixels(0.0, m_plot.height());
+        const int zero = ValueAxis::up(m_plot, scale).pixel(0.0);
         QPen pen(QColor(60, 60, 60), 2);
         pen.setDashPattern({4, 4});
         m_painter.setPen(pen);
         m_painter.drawLine(m_plot.left(), zero, m_plot.right(), zero);
-        addValueLabel(0.0, zero - 8, kEndLabelHeight);
+        m_valueLabels.addIfFree(0.0, zero - 8, kEndLabelHeight);
     }
     drawTimeTicks(timeWindowMs, covered);
     const int fontHeight = m_painter.fontMetrics().height();
@@ -67,9 +63,9 @@ void TrendAxesPainter::drawAxesAndZero(double min, double max, int timeWindowMs,
         TrendGeometry::valueTicks(scale.low, scale.high, m_divisions);
     for (const TrendGeometry::ValueTick& tick : ticks) {
         const int centre = m_plot.top() + static_cast<int>(tick.fraction * m_plot.height());
-        addValueLabel(tick.value, centre - fontHeight / 2, fontHeight);
+        m_valueLabels.addIfFree(tick.value, centre - fontHeight / 2, fontHeight);
     }
-    drawValueLabels();
+    m_valueLabels.draw(m_painter);
 }
 
 void TrendAxesPainter::drawTimeTicks(int timeWindowMs, const QList<QRect>& covered)
@@ -99,32 +95,4 @@ void TrendAxesPainter::drawTimeTick(int division, int timeWindowMs, QList<QRect>
     taken.append(box);
     m_painter.setPen(Qt::black);
     m_painter.drawText(box, Qt::AlignCenter, text);
-}
-
-void TrendAxesPainter::addValueLabel(double value, int top, int height)
-{
-    // From the widget's edge, as the margin is room as well.
-    const QRect box(1, top, m_frame.margin + m_frame.leftAxis - kLabelGap - 1, height);
-    // What is written is lower than its box: neighbours may share a little of it.
-    const QRect written = box.adjusted(0, kSharedRows, 0, -kSharedRows);
-    const bool covered =
-        std::any_of(m_valueLabels.cbegin(), m_valueLabels.cend(), [&written](const ValueLabel& other) {
-            return other.box.top() + kSharedRows <= written.bottom() &&
-                   written.top() <= other.box.bottom() - kSharedRows;
-        });
-    if (!covered)
-        m_valueLabels.append({value, box});
-}
-
-// All in one style.
-void TrendAxesPainter::drawValueLabels()
-{
-    QList<double> values;
-    for (const ValueLabel& label : std::as_const(m_valueLabels))
-        values.append(label.value);
-    const int width = m_frame.margin + m_frame.leftAxis - kLabelGap - 1;
-    const NumberStyle style = NumberStyle::fitting(m_painter.font(), values, kDigits, width);
-    m_painter.setPen(Qt::black);
-    for (const ValueLabel& label : std::as_const(m_valueLabels))
-        style.draw(m_painter, label.box, Qt::AlignRight | Qt::AlignVCenter, label.value);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/trend/TrendGeometry.h"
+#include "widgets/drawing/ValueLabels.h"
 
 #include <QList>
 #include <QRect>
@@ -13,7 +13,7 @@ class TrendAxesPainter
 {
 public:
     /// The painter must outlive this. divisions may be any number; at least 1 and at most 100 are drawn.
-    TrendAxesPainter(QPainter& painter, const QRect& plot, const TrendGeometry::Frame& frame, int divisions);
+    TrendAxesPainter(QPainter& painter, const QRect& plot, int divisions);
 
     void drawGrid();
     /// The limits of the values at the lower and the upper edge, and the width of the time span. Labels of
@@ -21,20 +21,11 @@ public:
     void drawAxesAndZero(double min, double max, int timeWindowMs, const QList<QRect>& covered);
 
 private:
-    struct ValueLabel
-    {
-        double value;
-        QRect box;
-    };
-
     void drawTimeTicks(int timeWindowMs, const QList<QRect>& covered);
     void drawTimeTick(int division, int timeWindowMs, QList<QRect>& taken);
-    void addValueLabel(double value, int top, int height);
-    void drawValueLabels();
 
     QPainter& m_painter;
     QRect m_plot;
-    TrendGeometry::Frame m_frame;
     int m_divisions;
-    QList<ValueLabel> m_valueLabels;
+    ValueLabels m_valueLabels;
 };

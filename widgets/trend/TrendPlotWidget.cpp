@@ -352,7 +352,7 @@ std::pair<double, double> TrendPlotWidget::currentYRange(qint64 t0) const
 {
     if (!m_settings.autoscale)
         return {m_settings.yMin, m_settings.yMax};
-    TrendExtent extent;
+    ValueExtent extent;
     const QList<Channel> channels = shownChannels();
     for (const Channel& channel : channels) {
         const TrendSeries* series = m_store.find(channel.key);
@@ -383,7 +383,7 @@ void TrendPlotWidget::paintEvent(QPaintEvent*)
     painter.setPen(QColor(200, 200, 200));
     painter.drawLine(plot.topLeft(), plot.topRight());
     const TrendMarkerLayout markers(m_markers, plot, t0, now, painter.fontMetrics());
-    TrendAxesPainter axes(painter, plot, frame(), m_settings.gridLines);
+    TrendAxesPainter axes(painter, plot, m_settings.gridLines);
     if (m_settings.showGrid)
         axes.drawGrid();
     axes.drawAxesAndZero(min, max, m_settings.timeWindowMs, markers.timeBoxes());

@@ -2,16 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-
-double TrendExtent::lowest() const
-{
-    return reachesMinusInfinity ? -std::numeric_limits<double>::infinity() : low;
-}
-
-double TrendExtent::highest() const
-{
-    return reachesPlusInfinity ? std::numeric_limits<double>::infinity() : high;
-}
+#include <limits>
 
 std::array<TrendSeries::Level, TrendSeries::kLevels> TrendSeries::emptyLevels()
 {
@@ -43,9 +34,9 @@ void TrendSeries::completeBlocks()
     }
 }
 
-TrendExtent TrendSeries::blockExtent(std::size_t level, qint64 block) const
+ValueExtent TrendSeries::blockExtent(std::size_t level, qint64 block) const
 {
-    TrendExtent extent;
+    ValueExtent extent;
     for (qint64 part = block * kFanOut; part < (block + 1) * kFanOut; ++part) {
         if (level == 0)
             extent.include(m_samples[std::size_t(part - m_firstNumber)].value);
@@ -112,9 +103,9 @@ double TrendSeries::valueNear(qint64 tMs) const
     return std::abs(newer.tMs - tMs) < std::abs(tMs - older.tMs) ? newer.value : older.value;
 }
 
-TrendExtent TrendSeries::extent(qsizetype begin, qsizetype end) const
+ValueExtent TrendSeries::extent(qsizetype begin, qsizetype end) const
 {
-    TrendExtent sum;
+    ValueExtent sum;
     qint64 from = m_firstNumber + begin;
     qint64 to = m_firstNumber + end;
     while (from < to && from % kFanOut != 0)

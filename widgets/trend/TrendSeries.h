@@ -1,59 +1,17 @@
 #pragma once
 
+#include "widgets/drawing/ValueExtent.h"
+
 #include <QtGlobal>
 
-#include <algorithm>
 #include <array>
 #include <deque>
-#include <limits>
 
 /// One stored point: milliseconds (since the epoch, or of playback time) and a value in display units.
 struct TrendSample
 {
     qint64 tMs;
     double value;
-};
-
-/// The smallest and the largest of some values. NaN leaves no trace; infinities are only noted, so that the
-/// finite limits stay useful.
-struct TrendExtent
-{
-    double low = std::numeric_limits<double>::infinity();
-    double high = -std::numeric_limits<double>::infinity();
-    bool reachesPlusInfinity = false;
-    bool reachesMinusInfinity = false;
-
-    // All comparisons are false for NaN.
-    void include(double value)
-    {
-        if (value > high) {
-            if (value <= kLargest)
-                high = value;
-            else
-                reachesPlusInfinity = true;
-        }
-        if (value < low) {
-            if (value >= -kLargest)
-                low = value;
-            else
-                reachesMinusInfinity = true;
-        }
-    }
-    void include(const TrendExtent& other)
-    {
-        low = std::min(low, other.low);
-        high = std::max(high, other.high);
-        reachesPlusInfinity |= other.reachesPlusInfinity;
-        reachesMinusInfinity |= other.reachesMinusInfinity;
-    }
-    bool hasFinite() const { return low <= high; }
-    bool isEmpty() const { return !hasFinite() && !reachesPlusInfinity && !reachesMinusInfinity; }
-    /// The ends with the infinities taken as such; meaningless when empty.
-    double lowest() const;
-    double highest() const;
-
-private:
-    static constexpr double kLargest = std::numeric_limits<double>::max();
 };
 
 // The samples of one signal, in the order in which they came; the trend plot draws from it. Appending and
@@ -86,7 +44,7 @@ public:
     /// The value of the sample nearest in time, of the older one of two equally near; NaN when empty.
     double valueNear(qint64 tMs) const;
     /// How far the samples from begin to before end reach.
-    TrendExtent extent(qsizetype begin, qsizetype end) const;
+    ValueExtent extent(qsizetype begin, qsizetype end) const;
 
 private:
     static constexpr qint64 kFanOut = 16;
@@ -98,12 +56,12 @@ private:
     {
         qint64 samplesPerBlock = 0;
         qint64 firstBlock = 0;
-        std::deque<TrendExtent> blocks;
+        std::deque<ValueExtent> blocks;
     };
 
     static std::array<Level, kLevels> emptyLevels();
     qint64 end() const { return m_firstNumber + size(); }
-    TrendExtent blockExtent(std::size_t level, qint64 block) const;
+    ValueExtent blockExtent(std::size_t level, qint64 block) const;
     void completeBlocks();
 
     std::deque<TrendSample> m_samples;

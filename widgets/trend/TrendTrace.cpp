@@ -77,7 +77,7 @@ void forEachColumn(const TrendSeries& series, const TrendAxes& axes, qsizetype b
         if (next == begin + 1) {
             visit(Column{x, false, !first, first.value_or(0), first.value_or(0), first, first});
         } else {
-            const TrendExtent extent = series.extent(begin, next);
+            const ValueExtent extent = series.extent(begin, next);
             visit(Column{x, true, extent.isEmpty(), axes.y(extent.highest()), axes.y(extent.lowest()), first,
                          pixelOf(axes, series.at(next - 1).value)});
         }
@@ -208,7 +208,7 @@ Trace columnTrace(const TrendSeries& series, const TrendAxes& axes)
         const qsizetype next = x == axes.plot.right()
                                    ? series.size()
                                    : endOfColumn(series, axes, x, from + 1, series.size(), from + 1);
-        const TrendExtent extent = series.extent(from, next);
+        const ValueExtent extent = series.extent(from, next);
         if (!extent.isEmpty())
             trace.lines.append(QLine(x, pixel(extent.lowest()), x, pixel(extent.highest())));
         from = next;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/drawing/ValueScale.h"
+#include "widgets/drawing/ValueAxis.h"
 #include "widgets/trend/TrendGeometry.h"
 
 #include <QLine>
@@ -25,7 +25,7 @@ struct TrendAxes
 
     qint64 t1() const { return t0 + window; }
     int x(qint64 t) const { return TrendGeometry::xForTime(plot, t0, t1(), t); }
-    int y(double value) const { return plot.bottom() - values.pixels(value, plot.height()); }
+    int y(double value) const { return ValueAxis::up(plot, values).pixel(value); }
 };
 
 /// What a trace is made of, to be drawn in one colour.

@@ -7,6 +7,9 @@
 #include "widgets/DisplayName.h"
 #include "widgets/drawing/NumberStyle.h"
 #include "widgets/drawing/SizedFont.h"
+#include "widgets/drawing/ValueAxis.h"
+#include "widgets/drawing/ValueExtent.h"
+#include "widgets/drawing/ValueLabels.h"
 #include "widgets/xyplot/DotCloud.h"
 
 #include <QDateTime>
@@ -269,8 +272,8 @@ void XYPlotWidget::paintEvent(QPaintEvent* event)
     painter.setFont(sizedFont(font(), kLabelPointSize));
     if (m_showGrid)
         drawGrid(painter, plot);
-    Extent xs;
-    Extent ys;
+    ValueExtent xs;
+    ValueExtent ys;
     for (const QPointF& point : m_points.points()) {
         xs.include(point.x());
         ys.include(point.y());
@@ -279,13 +282,13 @@ void XYPlotWidget::paintEvent(QPaintEvent* event)
     const ValueScale y = scaleOf(m_y, ys);
     drawLimits(painter, plot, x, y);
     drawTitle(painter, plot);
-    drawPoints(painter, event->rect(), x, y);
+    drawPoints(painter, event->rect(), ValueAxis::across(plot, x), ValueAxis::up(plot, y));
 }
 
-ValueScale XYPlotWidget::scaleOf(const Axis& axis, const Extent& extent)
+ValueScale XYPlotWidget::scaleOf(const Axis& axis, const ValueExtent& extent)
 {
-    return axis.autoScale && extent.high >= extent.low ? ValueScale::raised(extent.low, extent.high)
-                                                       : ValueScale::raised(axis.minimum, axis.maximum);
+    return axis.autoScale && extent.hasFinite() ? ValueScale::raised(extent.low, extent.high)
+                                                : ValueScale::raised(axis.minimum, axis.maximum);
 }
 
 void XYPlotWidget::drawGrid(QPainter& painter, const QRect& plot) const
@@ -315,26 +318,21 @@ void XYPlotWidget::drawLimits(QPainter& painter, const QRect& plot, const ValueS
     xStyle.draw(painter, below, Qt::AlignLeft, x.low);
     xStyle.draw(painter, below.translated(plot.right() - below.right(), 0), Qt::AlignRight, x.high);
 
-    QRect beside(1, 0, plot.left() - 1 - kLabelGap, lineHeight);
-    const NumberStyle yStyle =
-        NumberStyle::fitting(painter.font(), {y.low, y.high}, kLabelDigits, beside.width());
-    beside.moveCenter({beside.center().x(), plot.top()});
-    yStyle.draw(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.high);
-    beside.moveCenter({beside.center().x(), plot.bottom()});
-    yStyle.draw(painter, beside, Qt::AlignRight | Qt::AlignVCenter, y.low);
+    ValueLabels beside(plot, kLabelGap);
+    const int above = (lineHeight - 1) / 2; // rows of a line that is centred on the limit's own row
+    beside.add(y.high, plot.top() - above, lineHeight);
+    beside.add(y.low, plot.bottom() - above, lineHeight);
+    beside.draw(painter);
 }
 
-void XYPlotWidget::drawPoints(QPainter& painter, const QRect& area, const ValueScale& x,
-                              const ValueScale& y) const
+void XYPlotWidget::drawPoints(QPainter& painter, const QRect& area, const ValueAxis& x,
+                              const ValueAxis& y) const
 {
     const int last = m_points.size() - 1;
     if (last < 0)
         return;
     const QRect plot = plotRect();
-    const auto place = [&](const QPointF& point) {
-        return QPoint(plot.left() + x.pixels(point.x(), plot.width()),
-                      plot.bottom() - y.pixels(point.y(), plot.height()));
-    };
+    const auto place = [&](const QPointF& point) { return QPoint(x.pixel(point.x()), y.pixel(point.y())); };
     QList<CloudDot> older(last);
     for (int i = 0; i < last; ++i)
         older[i] = {place(m_points.at(i)), 255 * i / last};

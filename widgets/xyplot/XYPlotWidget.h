@@ -2,13 +2,10 @@
 
 #include "widgets/DashboardWidget.h"
 #include "widgets/ITimeStampedConsumer.h"
-#include "widgets/drawing/ValueScale.h"
 #include "widgets/xyplot/XYPointRing.h"
 
 #include <QPointer>
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
 
 class QCheckBox;
@@ -16,6 +13,9 @@ class QComboBox;
 class QDoubleSpinBox;
 class QPainter;
 class QSpinBox;
+class ValueAxis;
+struct ValueExtent;
+struct ValueScale;
 
 // One signal against another: each point pairs their newest values, at most one point per 20 ms, and the
 // trail of the newest points fades with age. The router feeds it. It has no timer and keeps no history
@@ -73,29 +73,14 @@ private:
         QPointer<QDoubleSpinBox> maximumEditor;
     };
 
-    /// What an axis must hold to show every finite value.
-    struct Extent
-    {
-        double low = std::numeric_limits<double>::infinity();
-        double high = -std::numeric_limits<double>::infinity();
-
-        void include(double value)
-        {
-            if (std::isfinite(value)) {
-                low = std::min(low, value);
-                high = std::max(high, value);
-            }
-        }
-    };
-
     void appendPointIfReady(qint64 tMs);
     void setSignals(const QString& x, const QString& y);
     void addRangeEditors(Axis& axis, const QString& name, QFormLayout* form, QWidget* parent);
-    static ValueScale scaleOf(const Axis& axis, const Extent& extent);
+    static ValueScale scaleOf(const Axis& axis, const ValueExtent& extent);
     QString title() const;
     void drawGrid(QPainter& painter, const QRect& plot) const;
     void drawLimits(QPainter& painter, const QRect& plot, const ValueScale& x, const ValueScale& y) const;
-    void drawPoints(QPainter& painter, const QRect& area, const ValueScale& x, const ValueScale& y) const;
+    void drawPoints(QPainter& painter, const QRect& area, const ValueAxis& x, const ValueAxis& y) const;
     void drawTitle(QPainter& painter, const QRect& plot) const;
 
     Axis m_x;

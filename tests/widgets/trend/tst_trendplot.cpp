@@ -152,7 +152,7 @@ private Q_SLOTS:
             QCOMPARE(series.size(), plain.size());
             const qsizetype begin = random.bounded(int(plain.size()));
             const qsizetype end = begin + random.bounded(int(plain.size() - begin)) + 1;
-            TrendExtent extent;
+            ValueExtent extent;
             for (qsizetype i = begin; i < end; ++i)
                 extent.include(plain[i].value);
             QCOMPARE(series.extent(begin, end).low, extent.low);
