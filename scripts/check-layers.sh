@@ -7,7 +7,7 @@ cd "${1:-$(dirname "${BASH_SOURCE[0]}")/..}"
 
 everybody="definitions/numbers"
 types="widgets/values widgets/trend widgets/xyplot widgets/consoles widgets/decor"
-widgets="widgets widgets/drawing $types widgets/builtin"
+widgets="widgets widgets/drawing widgets/settings $types widgets/builtin"
 below_app="definitions serial serial/line licensing $widgets canvas playback playback/recording resources"
 all="$below_app app app/toolbars app/status support"
 
@@ -17,8 +17,9 @@ declare -A allowed=(
     [serial]="serial/line"
     [serial/line]=""
     [licensing]=""
-    [widgets]="definitions"
+    [widgets]="widgets/settings definitions"
     [widgets/drawing]=""
+    [widgets/settings]=""
     [widgets/builtin]="widgets widgets/drawing definitions $types"
     [canvas]="$widgets definitions"
     [playback]="playback/recording definitions $widgets canvas"
@@ -32,7 +33,7 @@ declare -A allowed=(
     [fuzz]="$all"
 )
 for type in $types; do
-    allowed[$type]="widgets widgets/drawing definitions"
+    allowed[$type]="widgets widgets/drawing widgets/settings definitions"
 done
 
 offences=0

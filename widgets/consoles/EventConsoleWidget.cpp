@@ -1,8 +1,5 @@
 #include "widgets/consoles/EventConsoleWidget.h"
 
-#include "definitions/numbers/FileNumbers.h"
-#include "widgets/ConfigEditors.h"
-
 #include <QAbstractTextDocumentLayout>
 #include <QEvent>
 #include <QMenu>
@@ -20,8 +17,6 @@
 namespace {
 
 constexpr int kMargin = 4;
-constexpr int kOfferedMinLines = 50;
-constexpr int kMaxLines = 100'000;
 constexpr qsizetype kMaxLineCharacters = 1000;
 constexpr qsizetype kFlushCharacters = 50'000; ///< about what is laid out in a frame's time
 constexpr qsizetype kUsualLineLength = 60;
@@ -30,9 +25,6 @@ constexpr qint64 kFrameMs = 16;
 /// A slow flush (very many lines kept) takes about a fifth of the time.
 constexpr qint64 kPausePerFlushTime = 4;
 constexpr qint64 kMaxPauseMs = 500;
-
-constexpr QLatin1String kMaxLinesKey("maxLines");
-constexpr QLatin1String kAutoScrollKey("autoScroll");
 
 /// At most kMaxLineCharacters of the text, a cut marked by "…", no surrogate pair torn apart.
 QString cut(const QString& text)
@@ -65,7 +57,7 @@ QString visibleText(QString text)
 } // namespace
 
 EventConsoleWidget::EventConsoleWidget(const QString& emptyText, QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
 {
     setMinimumSize(200, 100);
     setupEditor();
@@ -109,34 +101,23 @@ QString EventConsoleWidget::formatTime(double tSec)
     return QString::number(tSec, 'f', 3) + QLatin1Char('s');
 }
 
-void EventConsoleWidget::loadConfig(const QJsonObject& config)
-{
-    setMaxLines(jsonInt(config.value(kMaxLinesKey), m_maxLines));
-    setAutoScroll(config.value(kAutoScrollKey).toBool(m_autoScroll));
-}
-
-QJsonObject EventConsoleWidget::saveConfig() const
-{
-    return {{kMaxLinesKey, m_maxLines}, {kAutoScrollKey, m_autoScroll}};
-}
-
 void EventConsoleWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
-    m_maxLinesEditor =
-        addEditor(form, tr("Max lines:"), newIntEditor(m_maxLines, kOfferedMinLines, kMaxLines, parent),
-                  tr("How many of the newest lines are kept"));
+    WidgetWithSettings::buildConfigUI(form, parent);
     // A number is taken when it is complete: on the way to 500 it is 50 for a moment.
-    m_maxLinesEditor->setKeyboardTracking(false);
-    m_autoScrollEditor =
-        addCheckBox(form, tr("Auto-scroll"), m_autoScroll, tr("Keep the newest line in sight"), parent);
+    maxLinesEditor()->setKeyboardTracking(false);
 }
 
+// What came before is still kept by the old limit.
+void EventConsoleWidget::settingsAboutToChange() { flushAll(); }
+
+// By hand, as OK takes the number that the editor shows, also for one from a layout that it cannot show.
 void EventConsoleWidget::applyConfigUI()
 {
-    if (m_maxLinesEditor)
-        setMaxLines(m_maxLinesEditor->value());
-    if (m_autoScrollEditor)
-        setAutoScroll(m_autoScrollEditor->isChecked());
+    if (maxLinesEditor())
+        setMaxLines(maxLinesEditor()->value());
+    if (autoScrollEditor())
+        setAutoScroll(autoScrollEditor()->isChecked());
 }
 
 bool EventConsoleWidget::eventFilter(QObject* watched, QEvent* event)
@@ -163,7 +144,7 @@ bool EventConsoleWidget::eventFilter(QObject* watched, QEvent* event)
     default:
         break;
     }
-    return DashboardWidget::eventFilter(watched, event);
+    return WidgetWithSettings::eventFilter(watched, event);
 }
 
 void EventConsoleWidget::appendEvent(double tSec, const QString& text)
@@ -189,17 +170,13 @@ void EventConsoleWidget::clearEvents()
 
 void EventConsoleWidget::setMaxLines(int lines)
 {
-    flushAll(); // what came before is still kept by the old limit
-    m_maxLines = lines;
+    settingsAboutToChange();
+    m_maxLines.set(lines);
 }
 
-void EventConsoleWidget::setAutoScroll(bool on) { m_autoScroll = on; }
+void EventConsoleWidget::setAutoScroll(bool on) { m_autoScroll.set(on); }
 
-QSpinBox* EventConsoleWidget::maxLinesEditor() const { return m_maxLinesEditor; }
-
-QCheckBox* EventConsoleWidget::autoScrollEditor() const { return m_autoScrollEditor; }
-
-int EventConsoleWidget::lineLimit() const { return std::clamp(m_maxLines, 1, kMaxLines); }
+int EventConsoleWidget::lineLimit() const { return std::clamp(m_maxLines.value(), 1, kMaxLines); }
 
 void EventConsoleWidget::flush()
 {

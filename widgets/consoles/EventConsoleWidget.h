@@ -1,14 +1,14 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/settings/BoolSetting.h"
+#include "widgets/settings/IntSetting.h"
 
 #include <QElapsedTimer>
 #include <QList>
 #include <QPointer>
 #include <QTimer>
 
-class QCheckBox;
-class QSpinBox;
 class QTextBlock;
 class QTextEdit;
 
@@ -16,7 +16,7 @@ class QTextEdit;
 // store, one block per event, the newest maxLines() of them. Appended events are collected and written to the
 // document at most once per frame, a limited amount at a time, the first after a pause at the next turn of
 // the event loop. It does not know what an event means; the text is shown as it is, never read as markup.
-class EventConsoleWidget : public DashboardWidget
+class EventConsoleWidget : public WidgetWithSettings
 {
     Q_OBJECT
 
@@ -34,8 +34,6 @@ public:
 
     void setValue(double) override {}
     void setValueForSignal(const QString&, double) override {}
-    void loadConfig(const QJsonObject& config) override;
-    QJsonObject saveConfig() const override;
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
     void applyConfigUI() override;
 
@@ -50,8 +48,9 @@ protected:
     void setMaxLines(int lines);
     void setAutoScroll(bool on);
     /// The editors of buildConfigUI(); null when the dialog is gone.
-    QSpinBox* maxLinesEditor() const;
-    QCheckBox* autoScrollEditor() const;
+    QSpinBox* maxLinesEditor() const { return m_maxLines.editor(); }
+    QCheckBox* autoScrollEditor() const { return m_autoScroll.editor(); }
+    void settingsAboutToChange() override;
 
 private:
     struct Event
@@ -59,6 +58,8 @@ private:
         double tSec;
         QString text;
     };
+
+    static constexpr int kMaxLines = 100'000;
 
     int lineLimit() const;
     void setupEditor();
@@ -76,13 +77,15 @@ private:
     void showContextMenu(const QPoint& position);
 
     QPointer<QTextEdit> m_editor;
-    int m_maxLines = 500;
-    bool m_autoScroll = true;
+    IntSetting m_maxLines{settings(),
+                          "maxLines",
+                          500,
+                          {tr("Max lines:"), tr("How many of the newest lines are kept"), 50, kMaxLines}};
+    BoolSetting m_autoScroll{
+        settings(), "autoScroll", true, {tr("Auto-scroll"), tr("Keep the newest line in sight")}};
     bool m_selecting = false; ///< the left button is down in the editor
     QList<Event> m_pending;   ///< never more than lineLimit()
     QTimer m_flushTimer;
     QElapsedTimer m_sinceFlush;
     qint64 m_flushPause = 0; ///< milliseconds from one flush to the next
-    QPointer<QSpinBox> m_maxLinesEditor;
-    QPointer<QCheckBox> m_autoScrollEditor;
 };

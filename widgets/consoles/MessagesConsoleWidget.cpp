@@ -1,7 +1,5 @@
 #include "widgets/consoles/MessagesConsoleWidget.h"
 
-#include "widgets/ConfigEditors.h"
-
 MessagesConsoleWidget::MessagesConsoleWidget(QWidget* parent)
     : EventConsoleWidget(tr("No messages"), parent)
 {}

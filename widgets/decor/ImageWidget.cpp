@@ -1,19 +1,16 @@
 #include "widgets/decor/ImageWidget.h"
 
-#include "definitions/numbers/FileNumbers.h"
-#include "widgets/ConfigEditors.h"
-
 #include <QDir>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QImageReader>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
-#include <QSlider>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -30,12 +27,8 @@ constexpr int kMaxSide =
 constexpr int kSmallestLevel = 512;   ///< longer side, in pixels
 constexpr int kMegabytesToRead = 256; ///< kMaxPixels of 32 bits
 constexpr int kInset = 2;
-constexpr int kLowestOffered = 10; ///< a picture that nobody sees cannot be chosen
 
 constexpr QLatin1String kPathKey("path");
-constexpr QLatin1String kModeKey("mode");
-constexpr QLatin1String kOpacityKey("opacity");
-constexpr QLatin1String kBorderKey("border");
 
 bool isTooLarge(const QSize& size)
 {
@@ -85,8 +78,8 @@ void acceptAsCopy(QDropEvent* event)
     event->accept();
 }
 
-/// The picture scaled into the box, or around it when expanding, in the middle of the widget. Reckoned in 64
-/// bits: one long column around a wide box becomes a billion pixels high.
+/// The picture scaled into the box, or around it when expanding, in the middle of the widget. In 64 bits, as
+/// one long column around a wide box becomes a billion pixels high.
 QRectF centred(const QSize& picture, const QSize& box, bool expanding, const QSize& widget)
 {
     qint64 width = qint64(box.height()) * picture.width() / picture.height();
@@ -102,7 +95,7 @@ QRectF centred(const QSize& picture, const QSize& box, bool expanding, const QSi
 } // namespace
 
 ImageWidget::ImageWidget(QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
 {
     setAcceptDrops(true);
     setMinimumSize(80, 60);
@@ -172,10 +165,7 @@ void ImageWidget::loadConfig(const QJsonObject& config)
             loadPixmap(path);
         m_path = path; // also when it is not found: it may be there in the next folder
     }
-    m_mode = jsonInt(config.value(kModeKey), m_mode);
-    m_opacity = jsonInt(config.value(kOpacityKey), m_opacity);
-    m_border = config.value(kBorderKey).toBool(m_border);
-    update();
+    WidgetWithSettings::loadConfig(config);
 }
 
 QString ImageWidget::pathToSave() const
@@ -194,36 +184,24 @@ QString ImageWidget::pathToSave() const
 
 QJsonObject ImageWidget::saveConfig() const
 {
-    return {
-        {kPathKey, pathToSave()},
-        {kModeKey, m_mode},
-        {kOpacityKey, m_opacity},
-        {kBorderKey, m_border},
-    };
+    QJsonObject config = WidgetWithSettings::saveConfig();
+    config.insert(kPathKey, pathToSave());
+    return config;
 }
 
 void ImageWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
     addPathRow(form, parent);
-    m_modeEditor = addEditor(
-        form, tr("Scale:"),
-        newChoice({tr("Contain"), tr("Cover"), tr("Stretch"), tr("Actual size")}, QString(), parent),
-        tr("How the picture is fitted into the widget"));
-    m_modeEditor->setCurrentIndex(m_mode);
-    m_opacityEditor = addEditor(form, tr("Opacity:"), new QSlider(Qt::Horizontal, parent),
-                                tr("How much the picture covers, in per cent"));
-    m_opacityEditor->setRange(kLowestOffered, 100);
-    m_opacityEditor->setValue(m_opacity);
+    WidgetWithSettings::buildConfigUI(form, parent);
 }
 
 void ImageWidget::addPathRow(QFormLayout* form, QWidget* parent)
 {
     m_pathEditor = new QLineEdit(m_path, parent);
-    m_pathEditor->setAccessibleName(tr("Image"));
-    m_pathEditor->setToolTip(tr("The picture's file; a relative path starts in the project's folder"));
+    describeEditor(m_pathEditor, tr("Image"),
+                   tr("The picture's file; a relative path starts in the project's folder"));
     auto* button = new QPushButton(tr("Browse…"), parent);
-    button->setAccessibleName(tr("Browse for an image"));
-    button->setToolTip(tr("Choose the picture's file"));
+    describeEditor(button, tr("Browse for an image"), tr("Choose the picture's file"));
     button->setAutoDefault(false); // or Enter in the line would open the file dialog
     connect(button, &QPushButton::clicked, m_pathEditor, [editor = m_pathEditor] { browse(editor); });
 
@@ -251,11 +229,7 @@ void ImageWidget::applyConfigUI()
     // Nothing was cleared in a line that was empty before: the picture may have been dropped without a file.
     if (m_pathEditor && !(path.isEmpty() && m_path.isEmpty()))
         loadPixmap(path);
-    if (m_modeEditor && m_modeEditor->currentIndex() >= 0) // an unknown mode is not in the list
-        m_mode = m_modeEditor->currentIndex();
-    if (m_opacityEditor && m_opacityEditor->value() != std::clamp(m_opacity, kLowestOffered, 100))
-        m_opacity = m_opacityEditor->value();
-    update();
+    WidgetWithSettings::applyConfigUI();
 }
 
 // --- Drag and drop -----------------------------------------------------------------------------------------
@@ -296,7 +270,7 @@ QRectF ImageWidget::targetRect() const
     const QSize box = size() - QSize(2 * kInset, 2 * kInset);
     if (logical.isEmpty() || box.isEmpty())
         return {};
-    switch (m_mode) {
+    switch (m_mode.value()) {
     case Contain:
     case Cover:
         return centred(logical, box, m_mode == Cover, size());
@@ -347,7 +321,7 @@ void ImageWidget::paintEvent(QPaintEvent*)
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, tr("Drop image or choose file…"));
         return;
     }
-    painter.setOpacity(std::clamp(m_opacity, 0, 100) / 100.0);
+    painter.setOpacity(std::clamp(m_opacity.value(), 0, 100) / 100.0);
     drawPicture(painter);
     painter.setOpacity(1.0);
     if (m_border) { // filled, since half of a pen's line would lie outside on screens of finer pixels

@@ -1,7 +1,10 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
 #include "widgets/ProjectFolderAware.h"
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/settings/BoolSetting.h"
+#include "widgets/settings/IndexSetting.h"
+#include "widgets/settings/SliderSetting.h"
 
 #include <QColor>
 #include <QList>
@@ -10,14 +13,12 @@
 
 #include <optional>
 
-class QComboBox;
 class QLineEdit;
-class QSlider;
 
 // A picture that decorates the dashboard, chosen in the configuration dialog or dropped onto the widget. Its
 // path is saved relative to the project's folder, which the canvas tells, so that a project can be moved with
 // its pictures. It shows no signal.
-class ImageWidget : public DashboardWidget, public ProjectFolderAware
+class ImageWidget : public WidgetWithSettings, public ProjectFolderAware
 {
     Q_OBJECT
 
@@ -66,11 +67,18 @@ private:
     QString m_path;
     std::optional<QString> m_projectFolder; ///< nothing until it was told; empty while there is no project
     QList<QPixmap> m_levels; ///< the picture, then each half the size of the one before; empty without one
-    int m_mode = 0;
-    int m_opacity = 100; ///< per cent; kept as loaded, painted within 0 to 100
-    bool m_border = false;
+    IndexSetting m_mode{settings(),
+                        "mode",
+                        0,
+                        {tr("Scale:"),
+                         tr("How the picture is fitted into the widget"),
+                         {tr("Contain"), tr("Cover"), tr("Stretch"), tr("Actual size")}}};
+    /// Per cent; painted within 0 to 100. A picture that nobody sees cannot be chosen.
+    SliderSetting m_opacity{settings(),
+                            "opacity",
+                            100,
+                            {tr("Opacity:"), tr("How much the picture covers, in per cent"), 10, 100}};
+    BoolSetting m_border{settings(), "border", false};
     QColor m_borderColor{30, 30, 30};
     QPointer<QLineEdit> m_pathEditor;
-    QPointer<QComboBox> m_modeEditor;
-    QPointer<QSlider> m_opacityEditor;
 };

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
-
-#include <QColor>
-#include <QPointer>
-
-class QComboBox;
-class QSpinBox;
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/decor/NamedColors.h"
+#include "widgets/settings/ChoiceSetting.h"
+#include "widgets/settings/IntSetting.h"
 
 // A straight rule through the middle of the widget, to part groups of widgets from each other. It shows no
-// signal, and leaves the ground on which the rule stands alone.
-class LineWidget : public DashboardWidget
+// signal, and leaves the ground on which the rule stands alone. In a layout an unknown colour is black, an
+// unknown orientation horizontal.
+class LineWidget : public WidgetWithSettings
 {
     Q_OBJECT
 
@@ -20,20 +18,27 @@ public:
     void setValue(double) override {}
     QString typeName() const override;
     bool usesSignalSelection() const override;
-    /// An unknown colour is black, an unknown orientation horizontal, a thickness at least 1.
-    void loadConfig(const QJsonObject& config) override;
-    QJsonObject saveConfig() const override;
-    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
-    void applyConfigUI() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    Qt::Orientation m_orientation = Qt::Horizontal;
-    int m_thickness = 2; ///< in pixels, at least 1; bounded only when it is drawn
-    QColor m_color{120, 120, 120};
-    QPointer<QComboBox> m_orientationEditor;
-    QPointer<QSpinBox> m_thicknessEditor;
-    QPointer<QComboBox> m_colorEditor;
+    static QStringList orientations();
+    bool isVertical() const;
+
+    ChoiceSetting m_orientation{
+        settings(),
+        "orientation",
+        orientations().first(),
+        {tr("Orientation:"), tr("Which way the line runs"), orientations(), orientations().first()}};
+    /// In pixels; bounded only when it is drawn.
+    IntSetting m_thickness{settings(),
+                           "thickness",
+                           2,
+                           {tr("Thickness:"), tr("How thick the line is, in pixels"), 1, 20},
+                           {.least = 1}};
+    ChoiceSetting m_color{settings(),
+                          "color",
+                          QStringLiteral("Gray"),
+                          {tr("Color:"), tr("The colour of the line"), colorNames(), kOtherColor}};
 };

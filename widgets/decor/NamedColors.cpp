@@ -33,13 +33,6 @@ QColor namedColor(const QString& name)
     return found != kColors.end() ? QColor(found->rgb) : QColor(Qt::black);
 }
 
-QString colorName(const QColor& color)
-{
-    const auto* const found = std::find_if(kColors.begin(), kColors.end(),
-                                           [&](const NamedColor& each) { return each.rgb == color.rgb(); });
-    return found != kColors.end() ? found->name : kColors.front().name;
-}
-
 QStringList colorNames()
 {
     QStringList names;

@@ -1,18 +1,16 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
-
-#include <QColor>
-#include <QPointer>
-
-class QCheckBox;
-class QComboBox;
-class QLineEdit;
-class QSpinBox;
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/decor/NamedColors.h"
+#include "widgets/settings/BoolSetting.h"
+#include "widgets/settings/ChoiceSetting.h"
+#include "widgets/settings/IntSetting.h"
+#include "widgets/settings/TextSetting.h"
 
 // A fixed caption on one line, clipped where it is wider than the widget and after 1,000 characters. It shows
-// no signal, and takes its text as text: nothing in it is read as markup.
-class TextLabelWidget : public DashboardWidget
+// no signal, and takes its text as text: nothing in it is read as markup. In a layout an unknown colour is
+// black, an unknown alignment centred.
+class TextLabelWidget : public WidgetWithSettings
 {
     Q_OBJECT
 
@@ -22,24 +20,26 @@ public:
     void setValue(double) override {}
     QString typeName() const override;
     bool usesSignalSelection() const override;
-    /// An unknown colour is black, an unknown alignment centred, a font size kept within 1 … 500 points.
-    void loadConfig(const QJsonObject& config) override;
-    QJsonObject saveConfig() const override;
-    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
-    void applyConfigUI() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QString m_text;
-    QColor m_color{Qt::black};
-    int m_pointSize = 12;
-    bool m_bold = false;
-    Qt::Alignment m_alignment = Qt::AlignCenter;
-    QPointer<QLineEdit> m_textEditor;
-    QPointer<QComboBox> m_colorEditor;
-    QPointer<QSpinBox> m_pointSizeEditor;
-    QPointer<QCheckBox> m_boldEditor;
-    QPointer<QComboBox> m_alignmentEditor;
+    static QStringList alignments();
+    Qt::Alignment alignment() const;
+
+    TextSetting m_text{settings(), "text", tr("Label"), tr("Text:"), tr("What the label says")};
+    ChoiceSetting m_color{
+        settings(),
+        "color",
+        kOtherColor,
+        {tr("Color:"), tr("The colour of the text"), colorNames(), kOtherColor, textColorNames()}};
+    IntSetting m_pointSize{
+        settings(), "point", 12, {tr("Size:"), tr("The size of the text, in points"), 6, 72}, {1, 500}};
+    BoolSetting m_bold{settings(), "bold", false, {tr("Bold"), tr("Draw the text in bold")}};
+    ChoiceSetting m_alignment{
+        settings(),
+        "align",
+        alignments().at(1),
+        {tr("Align:"), tr("Where the text stands in the widget"), alignments(), alignments().at(1)}};
 };

@@ -42,7 +42,7 @@ bool isRepeat(const TrendSeries& series, double value)
 } // namespace
 
 TrendPlotWidget::TrendPlotWidget(QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
     , m_lastAppendMs(nowMs())
 {
     setMinimumSize(kMinimumSize);
@@ -197,7 +197,7 @@ void TrendPlotWidget::idleTick()
 
 void TrendPlotWidget::showEvent(QShowEvent* event)
 {
-    DashboardWidget::showEvent(event);
+    WidgetWithSettings::showEvent(event);
     if (!m_externalTime && !m_idleTimer.isActive())
         m_idleTimer.start();
 }
@@ -205,7 +205,7 @@ void TrendPlotWidget::showEvent(QShowEvent* event)
 void TrendPlotWidget::hideEvent(QHideEvent* event)
 {
     m_idleTimer.stop();
-    DashboardWidget::hideEvent(event);
+    WidgetWithSettings::hideEvent(event);
 }
 
 // --- Markers and mouse -------------------------------------------------------------------------------------
@@ -335,7 +335,7 @@ QColor TrendPlotWidget::defaultColor(int i)
 
 QRect TrendPlotWidget::plotRect() const { return TrendGeometry::plotRect(size(), frame()); }
 
-TrendGeometry::Frame TrendPlotWidget::frame() const { return TrendGeometry::bounded(m_settings.frame); }
+TrendGeometry::Frame TrendPlotWidget::frame() const { return TrendGeometry::bounded(m_settings.frame()); }
 
 QList<TrendPlotWidget::Channel> TrendPlotWidget::shownChannels() const
 {
@@ -473,26 +473,23 @@ bool TrendPlotWidget::supportsMultipleSignals() const { return true; }
 
 void TrendPlotWidget::loadConfig(const QJsonObject& config)
 {
-    m_settings.load(config);
     if (config.contains(kMarkersKey))
         m_markers = markersFromJson(config.value(kMarkersKey).toArray());
-    update();
+    WidgetWithSettings::loadConfig(config);
 }
 
 QJsonObject TrendPlotWidget::saveConfig() const
 {
-    QJsonObject config = m_settings.save();
+    QJsonObject config = WidgetWithSettings::saveConfig();
     config.insert(kMarkersKey, markersToJson(m_markers));
     return config;
 }
 
 void TrendPlotWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
-    m_editors.build(m_settings, form, parent);
-}
-
-void TrendPlotWidget::applyConfigUI()
-{
-    m_editors.apply(m_settings);
-    update();
+    WidgetWithSettings::buildConfigUI(form, parent);
+    for (QWidget* limit : {m_settings.yMin.editor(), m_settings.yMax.editor()}) {
+        limit->setDisabled(m_settings.autoscale);
+        connect(m_settings.autoscale.editor(), &QCheckBox::toggled, limit, &QWidget::setDisabled);
+    }
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
 #include "widgets/ITimeStampedConsumer.h"
+#include "widgets/WidgetWithSettings.h"
 #include "widgets/trend/TrendLegend.h"
 #include "widgets/trend/TrendMarkers.h"
 #include "widgets/trend/TrendSettings.h"
@@ -21,7 +21,7 @@ struct TrendAxes;
 // is the wall clock; in a replay it is set from outside. It keeps its own samples (TrendStore) and draws what
 // TrendTrace makes of them; the user can read values under the mouse, hide channels on the legend and set
 // markers. It knows neither modes nor recordings.
-class TrendPlotWidget : public DashboardWidget, public ITimeStampedConsumer
+class TrendPlotWidget : public WidgetWithSettings, public ITimeStampedConsumer
 {
     Q_OBJECT
     Q_INTERFACES(ITimeStampedConsumer)
@@ -96,7 +96,6 @@ public:
     void loadConfig(const QJsonObject& config) override;
     QJsonObject saveConfig() const override;
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
-    void applyConfigUI() override;
 
 public Q_SLOTS:
     /// Keeps a silent plot scrolling.
@@ -143,8 +142,7 @@ private:
     TrendLegend m_legend;
     QTimer m_idleTimer;
 
-    TrendSettings m_settings;
-    TrendSettingsEditors m_editors;
+    TrendSettings m_settings{settings()};
 
     bool m_externalTime = false;
     qint64 m_externalNowMs = 0;

@@ -1,50 +1,39 @@
 #pragma once
 
+#include "widgets/settings/BoolSetting.h"
+#include "widgets/settings/DoubleSetting.h"
+#include "widgets/settings/IntSetting.h"
 #include "widgets/trend/TrendGeometry.h"
 
-#include <QCheckBox>
 #include <QCoreApplication>
-#include <QDoubleSpinBox>
-#include <QJsonObject>
-#include <QPointer>
-#include <QSpinBox>
 
-class QFormLayout;
-
-/// What the user can set on a trend plot, beside its signals and markers.
-struct TrendSettings
+// What the user can set on a trend plot, beside its signals and markers. A layout may set any numbers.
+class TrendSettings
 {
-    TrendGeometry::Frame frame; ///< any numbers, from a layout
-    int gridLines = 5;          ///< divisions of both axes
-    bool showGrid = true;
-    int timeWindowMs = 10'000; ///< any number, from a layout
-    bool autoscale = true;
-    double yMin = -1.0; ///< the limits without autoscale; any two numbers
-    double yMax = 1.0;
-    bool sampleAndHold = true;
+    Q_DECLARE_TR_FUNCTIONS(TrendSettings)
 
-    /// Takes what is there and of the right type, and leaves the rest.
-    void load(const QJsonObject& config);
-    QJsonObject save() const;
-};
-
-// The rows of the configuration dialog for the settings of a trend plot.
-class TrendSettingsEditors
-{
-    Q_DECLARE_TR_FUNCTIONS(TrendSettingsEditors)
+    /// Saved as a boolean but read as a number: a saved layout leaves it alone, and only a 0 turns it off.
+    class HoldSetting : public BoolSetting
+    {
+    public:
+        using BoolSetting::BoolSetting;
+        void load(const QJsonValue& entry) override;
+    };
 
 public:
-    /// The editors belong to the parent.
-    void build(const TrendSettings& settings, QFormLayout* form, QWidget* parent);
-    /// Takes over what the editors say that still exist.
-    void apply(TrendSettings& settings) const;
+    explicit TrendSettings(WidgetSettings& all);
 
-private:
-    QPointer<QSpinBox> m_timeWindow;
-    QPointer<QCheckBox> m_autoscale;
-    QPointer<QDoubleSpinBox> m_yMin;
-    QPointer<QDoubleSpinBox> m_yMax;
-    QPointer<QCheckBox> m_showGrid;
-    QPointer<QSpinBox> m_gridLines;
-    QPointer<QCheckBox> m_sampleAndHold;
+    /// What surrounds the plot, as it was set.
+    TrendGeometry::Frame frame() const { return {margin, leftAxis, bottomPad}; }
+
+    IntSetting timeWindowMs;
+    BoolSetting autoscale;
+    DoubleSetting yMin; ///< the limits without autoscale
+    DoubleSetting yMax;
+    BoolSetting showGrid;
+    IntSetting gridLines; ///< divisions of both axes
+    HoldSetting sampleAndHold;
+    IntSetting margin; ///< pixels, as the next two
+    IntSetting leftAxis;
+    IntSetting bottomPad;
 };

@@ -1,7 +1,6 @@
 #include "widgets/values/AnalogGaugeWidget.h"
 
 #include "definitions/numbers/FileNumbers.h"
-#include "widgets/ConfigEditors.h"
 #include "widgets/drawing/DeviceScale.h"
 #include "widgets/drawing/SizedFont.h"
 #include "widgets/values/SignalCaption.h"
@@ -23,11 +22,6 @@ constexpr int kTicks = 21;
 constexpr int kLabels = 11;
 constexpr int kLabelRadius = 60;
 constexpr int kMaxFacePixels = 2048; ///< a larger face is drawn directly: its pixmap would take over 16 MB
-constexpr double kEditorLimit = 1'000'000'000.0;
-constexpr int kEditorDecimals = 1;
-
-constexpr QLatin1String kMinKey("min");
-constexpr QLatin1String kMaxKey("max");
 
 void enterDial(QPainter& painter, const QPointF& centre, int side)
 {
@@ -39,7 +33,7 @@ void enterDial(QPainter& painter, const QPointF& centre, int side)
 } // namespace
 
 AnalogGaugeWidget::AnalogGaugeWidget(QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
 {
     setMinimumSize(kMinimumSide, kMinimumSide);
 }
@@ -49,16 +43,15 @@ QSize AnalogGaugeWidget::sizeHint() const { return size(); }
 void AnalogGaugeWidget::setValue(double value)
 {
     // Not std::clamp: the limits may be the wrong way round or NaN.
-    m_value = std::isnan(value) ? m_minimum : std::max(m_minimum, std::min(value, m_maximum));
+    m_value = std::isnan(value) ? m_minimum : std::max(m_minimum.value(), std::min(value, m_maximum.value()));
     updateForValue();
 }
 
 void AnalogGaugeWidget::setRange(double minimum, double maximum)
 {
-    m_minimum = minimum;
-    m_maximum = maximum;
-    m_faceSide = -1;
-    update();
+    m_minimum.set(minimum);
+    m_maximum.set(maximum);
+    settingsChanged();
 }
 
 QString AnalogGaugeWidget::typeName() const { return QStringLiteral("AnalogGauge"); }
@@ -69,26 +62,16 @@ void AnalogGaugeWidget::assignSignal(const QString& name) { m_signal = name; }
 
 void AnalogGaugeWidget::loadConfig(const QJsonObject& config)
 {
-    if (config.contains(kMinKey) && config.contains(kMaxKey))
-        setRange(jsonInt(config.value(kMinKey), 0), jsonInt(config.value(kMaxKey), 0));
+    const QJsonValue minimum = config.value(m_minimum.key());
+    const QJsonValue maximum = config.value(m_maximum.key());
+    if (!minimum.isUndefined() && !maximum.isUndefined())
+        setRange(jsonInt(minimum, 0), jsonInt(maximum, 0));
 }
 
-QJsonObject AnalogGaugeWidget::saveConfig() const { return {{kMinKey, m_minimum}, {kMaxKey, m_maximum}}; }
-
-void AnalogGaugeWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
+void AnalogGaugeWidget::settingsChanged()
 {
-    m_minimumEditor =
-        addEditor(form, tr("Min Value:"), newDoubleEditor(m_minimum, kEditorLimit, kEditorDecimals, parent),
-                  tr("The value at the lower end of the scale"));
-    m_maximumEditor =
-        addEditor(form, tr("Max Value:"), newDoubleEditor(m_maximum, kEditorLimit, kEditorDecimals, parent),
-                  tr("The value at the upper end of the scale"));
-}
-
-void AnalogGaugeWidget::applyConfigUI()
-{
-    if (m_minimumEditor && m_maximumEditor)
-        setRange(editedValue(m_minimumEditor, m_minimum), editedValue(m_maximumEditor, m_maximum));
+    m_faceSide = -1;
+    update();
 }
 
 void AnalogGaugeWidget::paintEvent(QPaintEvent*)
@@ -107,7 +90,7 @@ void AnalogGaugeWidget::paintEvent(QPaintEvent*)
 void AnalogGaugeWidget::resizeEvent(QResizeEvent* event)
 {
     m_faceSide = -1;
-    DashboardWidget::resizeEvent(event);
+    WidgetWithSettings::resizeEvent(event);
     update();
 }
 

@@ -1,17 +1,16 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/settings/DoubleSetting.h"
 
 #include <QPixmap>
-#include <QPointer>
 
-class QDoubleSpinBox;
 class QPainter;
 
 // One signal as a needle on a round dial with a scale of 270°. The face of the dial is kept as a pixmap at
 // the resolution of the device; a new value redraws only needle and cap over it. The signal that
 // signalName() tells is a field of its own; what is delivered follows the list of the base class.
-class AnalogGaugeWidget : public DashboardWidget
+class AnalogGaugeWidget : public WidgetWithSettings
 {
     Q_OBJECT
 
@@ -33,12 +32,11 @@ public:
     QString typeName() const override;
     QString signalName() const override;
     void assignSignal(const QString& name) override;
+    /// Takes the limits only together, and as whole numbers; what is no number is 0.
     void loadConfig(const QJsonObject& config) override;
-    QJsonObject saveConfig() const override;
-    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
-    void applyConfigUI() override;
 
 protected:
+    void settingsChanged() override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
@@ -53,11 +51,11 @@ private:
     void paintName(QPainter& painter) const;
 
     double m_value = 0.0;
-    double m_minimum = 0.0;
-    double m_maximum = 100.0;
+    DoubleSetting m_minimum{
+        settings(), "min", 0.0, {tr("Min Value:"), tr("The value at the lower end of the scale"), 1e9, 1}};
+    DoubleSetting m_maximum{
+        settings(), "max", 100.0, {tr("Max Value:"), tr("The value at the upper end of the scale"), 1e9, 1}};
     QPixmap m_face;
     int m_faceSide = -1; ///< logical side for which m_face was drawn; −1 when it must be redrawn
     QString m_signal;
-    QPointer<QDoubleSpinBox> m_minimumEditor;
-    QPointer<QDoubleSpinBox> m_maximumEditor;
 };

@@ -1,7 +1,5 @@
 #include "widgets/values/BarGraphWidget.h"
 
-#include "definitions/numbers/FileNumbers.h"
-#include "widgets/ConfigEditors.h"
 #include "widgets/DisplayName.h"
 #include "widgets/drawing/NumberStyle.h"
 #include "widgets/drawing/SizedFont.h"
@@ -29,19 +27,10 @@ constexpr int kCaptionGap = 2;
 constexpr int kNarrowestCaption = 6; ///< pixels; not even one digit fits into less
 constexpr int kLongestName = 200;    ///< characters; no bar is wide enough for more
 constexpr int kMaxMeasuredNames = 50;
-constexpr double kEditorLimit = 1'000'000'000.0;
-constexpr int kEditorDecimals = 2;
 constexpr QColor kGridColor(215, 215, 215);
 constexpr QColor kZeroLineColor(120, 120, 120);
 constexpr QColor kAxisColor(160, 160, 160);
 constexpr QColor kBarColor(40, 140, 160);
-
-constexpr QLatin1String kMarginKey("margin");
-constexpr QLatin1String kBarSpacingKey("barSpacing");
-constexpr QLatin1String kMinHeightKey("minHeight");
-constexpr QLatin1String kMaxHeightKey("maxHeight");
-constexpr QLatin1String kMinKey("min");
-constexpr QLatin1String kMaxKey("max");
 
 QString caption(const QString& name) { return displayNameOf(name).left(kLongestName); }
 
@@ -72,7 +61,7 @@ struct BarGraphWidget::Plot
 };
 
 BarGraphWidget::BarGraphWidget(QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
 {
     setMinimumSize(120, 80);
     connect(this, &DashboardWidget::assignmentChanged, this, &BarGraphWidget::rememberAssignment);
@@ -86,8 +75,8 @@ void BarGraphWidget::rememberAssignment()
 
 void BarGraphWidget::setRange(double minimum, double maximum)
 {
-    m_minimum = minimum;
-    m_maximum = maximum;
+    m_minimum.set(minimum);
+    m_maximum.set(maximum);
     update();
 }
 
@@ -102,38 +91,6 @@ void BarGraphWidget::setValueForSignal(const QString& name, double value)
 }
 
 bool BarGraphWidget::supportsMultipleSignals() const { return true; }
-
-void BarGraphWidget::loadConfig(const QJsonObject& config)
-{
-    m_margin = jsonInt(config.value(kMarginKey), m_margin);
-    m_barSpacing = jsonInt(config.value(kBarSpacingKey), m_barSpacing);
-    m_minHeight = config.value(kMinHeightKey).toDouble(m_minHeight);
-    m_maxHeight = config.value(kMaxHeightKey).toDouble(m_maxHeight);
-    setRange(config.contains(kMinKey) ? config.value(kMinKey).toDouble() : m_minimum,
-             config.contains(kMaxKey) ? config.value(kMaxKey).toDouble() : m_maximum);
-}
-
-QJsonObject BarGraphWidget::saveConfig() const
-{
-    return {{kMarginKey, m_margin},       {kBarSpacingKey, m_barSpacing}, {kMinHeightKey, m_minHeight},
-            {kMaxHeightKey, m_maxHeight}, {kMinKey, m_minimum},           {kMaxKey, m_maximum}};
-}
-
-void BarGraphWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
-{
-    m_minimumEditor =
-        addEditor(form, tr("Min Value:"), newDoubleEditor(m_minimum, kEditorLimit, kEditorDecimals, parent),
-                  tr("The value at the bottom of the graph"));
-    m_maximumEditor =
-        addEditor(form, tr("Max Value:"), newDoubleEditor(m_maximum, kEditorLimit, kEditorDecimals, parent),
-                  tr("The value at the top of the graph"));
-}
-
-void BarGraphWidget::applyConfigUI()
-{
-    if (m_minimumEditor && m_maximumEditor)
-        setRange(editedValue(m_minimumEditor, m_minimum), editedValue(m_maximumEditor, m_maximum));
-}
 
 void BarGraphWidget::paintEvent(QPaintEvent* event)
 {
@@ -172,10 +129,9 @@ BarGraphWidget::Plot BarGraphWidget::plot() const
             NumberStyle::fitting(sizedFont(font(), kPointSize), numbers, kAxisDigits, left - kAxisTextGap)};
 }
 
-// Any number may come from a layout, and is saved again as it came.
-int BarGraphWidget::margin() const { return std::clamp(m_margin, 0, kMaxGap); }
+int BarGraphWidget::margin() const { return std::clamp(m_margin.value(), 0, kMaxGap); }
 
-int BarGraphWidget::barSpacing() const { return std::clamp(m_barSpacing, 0, kMaxGap); }
+int BarGraphWidget::barSpacing() const { return std::clamp(m_barSpacing.value(), 0, kMaxGap); }
 
 double BarGraphWidget::gridValue(const ValueScale& scale, int line)
 {

@@ -1,19 +1,19 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/settings/DoubleSetting.h"
+#include "widgets/settings/IntSetting.h"
 
 #include <QMap>
-#include <QPointer>
 #include <QSet>
 
-class QDoubleSpinBox;
 struct ValueScale;
 class QPainter;
 class QRect;
 
 // The latest values of several signals as bars side by side on one value axis, each bar's name and value
 // beneath it. The names follow the project's catalogue whenever it paints. It keeps no history.
-class BarGraphWidget : public DashboardWidget
+class BarGraphWidget : public WidgetWithSettings
 {
     Q_OBJECT
 
@@ -30,11 +30,6 @@ public:
     /// NaN has no bar.
     void setValueForSignal(const QString& name, double value) override;
     bool supportsMultipleSignals() const override;
-    /// Margin and spacing may be any numbers; they are painted as 0 … 1,000,000 pixels.
-    void loadConfig(const QJsonObject& config) override;
-    QJsonObject saveConfig() const override;
-    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
-    void applyConfigUI() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -74,12 +69,20 @@ private:
 
     QSet<QString> m_assignedNames; ///< what assignedSignalList() holds, quick to ask for every value
     QMap<QString, double> m_latest;
-    int m_margin = 8;
-    int m_barSpacing = 8;
-    double m_minHeight = 0.0;   ///< only kept for the layout
-    double m_maxHeight = 100.0; ///< only kept for the layout
-    double m_minimum = 0.0;
-    double m_maximum = 100.0;
-    QPointer<QDoubleSpinBox> m_minimumEditor;
-    QPointer<QDoubleSpinBox> m_maximumEditor;
+    // Any numbers may come from a layout; they are painted as 0 … 1,000,000 pixels.
+    IntSetting m_margin{settings(), "margin", 8};
+    IntSetting m_barSpacing{settings(), "barSpacing", 8};
+    // These two are only kept for the layout.
+    DoubleSetting m_minHeight{settings(), "minHeight", 0.0};
+    DoubleSetting m_maxHeight{settings(), "maxHeight", 100.0};
+    DoubleSetting m_minimum{settings(),
+                            "min",
+                            0.0,
+                            {tr("Min Value:"), tr("The value at the bottom of the graph"), 1e9, 2},
+                            WrongType::Clears};
+    DoubleSetting m_maximum{settings(),
+                            "max",
+                            100.0,
+                            {tr("Max Value:"), tr("The value at the top of the graph"), 1e9, 2},
+                            WrongType::Clears};
 };

@@ -1,11 +1,10 @@
 #include "widgets/values/DigitalDisplayWidget.h"
 
-#include "definitions/numbers/FileNumbers.h"
-#include "widgets/ConfigEditors.h"
 #include "widgets/drawing/SizedFont.h"
 #include "widgets/values/SignalCaption.h"
 
 #include <QDoubleSpinBox>
+#include <QFormLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QStyle>
@@ -23,9 +22,6 @@ constexpr int kFrameMs = 16;
 constexpr int kWritesPerFrame = 16; ///< a new text costs more than all else that a value does
 constexpr int kMaxOfferedPlaces = 8;
 constexpr int kMaxShownPlaces = 17; ///< a double has no more digits to tell
-
-constexpr QLatin1String kSignalKey("signal");
-constexpr QLatin1String kDecimalPlacesKey("decimalPlaces");
 
 /// A label that draws a text too wide for it in a smaller font, and elided where even the smallest is too
 /// wide: a number without its first digits reads as another number.
@@ -71,7 +67,7 @@ private:
 } // namespace
 
 DigitalDisplayWidget::DigitalDisplayWidget(QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
     , m_label(new ValueLabel(QStringLiteral("0"), this))
 {
     m_label->setFont(sizedFont(m_label->font(), kValuePointSize));
@@ -107,7 +103,6 @@ void DigitalDisplayWidget::endFrame()
     writePending();
 }
 
-// Also before other decimal places come into force: they are for the values after.
 void DigitalDisplayWidget::writePending()
 {
     if (m_pending)
@@ -118,44 +113,36 @@ void DigitalDisplayWidget::writeLabel()
 {
     ++m_writes;
     m_pending = false;
-    m_label->setText(QString::number(m_value, 'f', std::clamp(m_decimalPlaces, 0, kMaxShownPlaces)));
+    m_label->setText(QString::number(m_value, 'f', std::clamp(m_decimalPlaces.value(), 0, kMaxShownPlaces)));
 }
 
 QString DigitalDisplayWidget::typeName() const { return QStringLiteral("DigitalDisplay"); }
 
 QString DigitalDisplayWidget::signalName() const { return m_signal; }
 
-void DigitalDisplayWidget::assignSignal(const QString& name) { m_signal = name; }
+void DigitalDisplayWidget::assignSignal(const QString& name) { m_signal.set(name); }
 
-void DigitalDisplayWidget::loadConfig(const QJsonObject& config)
-{
-    writePending();
-    if (config.contains(kSignalKey))
-        m_signal = config.value(kSignalKey).toString();
-    if (config.contains(kDecimalPlacesKey))
-        m_decimalPlaces = jsonInt(config.value(kDecimalPlacesKey), 0);
-}
+// Other decimal places are for the values after.
+void DigitalDisplayWidget::settingsAboutToChange() { writePending(); }
 
-QJsonObject DigitalDisplayWidget::saveConfig() const
-{
-    return {{kSignalKey, m_signal}, {kDecimalPlacesKey, m_decimalPlaces}};
-}
-
+// By hand, as OK takes what the editor shows: more places than it offers become the most that it offers.
 void DigitalDisplayWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
+    const QString label = tr("Decimal Places:");
     m_decimalPlacesEditor = new QDoubleSpinBox(parent);
     m_decimalPlacesEditor->setRange(0, kMaxOfferedPlaces);
     m_decimalPlacesEditor->setDecimals(0);
     m_decimalPlacesEditor->setValue(m_decimalPlaces);
-    addEditor(form, tr("Decimal Places:"), m_decimalPlacesEditor.data(),
-              tr("Digits after the decimal point, from the next value on"));
+    describeEditor(m_decimalPlacesEditor, label,
+                   tr("Digits after the decimal point, from the next value on"));
+    form->addRow(label, m_decimalPlacesEditor);
 }
 
 void DigitalDisplayWidget::applyConfigUI()
 {
-    writePending();
+    settingsAboutToChange();
     if (m_decimalPlacesEditor)
-        m_decimalPlaces = static_cast<int>(m_decimalPlacesEditor->value());
+        m_decimalPlaces.set(static_cast<int>(m_decimalPlacesEditor->value()));
 }
 
 void DigitalDisplayWidget::paintEvent(QPaintEvent*)

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/settings/IntSetting.h"
+#include "widgets/settings/TextSetting.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -10,7 +12,7 @@ class QLabel;
 
 // The latest value of one signal in large digits, the signal's name in small text beneath. The signal that
 // signalName() tells is a field of its own; what is delivered follows the list of the base class.
-class DigitalDisplayWidget : public DashboardWidget
+class DigitalDisplayWidget : public WidgetWithSettings
 {
     Q_OBJECT
 
@@ -24,12 +26,11 @@ public:
     QString typeName() const override;
     QString signalName() const override;
     void assignSignal(const QString& name) override;
-    void loadConfig(const QJsonObject& config) override;
-    QJsonObject saveConfig() const override;
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
     void applyConfigUI() override;
 
 protected:
+    void settingsAboutToChange() override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -42,7 +43,8 @@ private:
     QTimer m_frameTimer;
     int m_writes = 0;       ///< of the label in this frame
     bool m_pending = false; ///< m_value is not in the label yet
-    QString m_signal;
-    int m_decimalPlaces = 1; ///< as loaded; bounded only when a value is formatted
+    TextSetting m_signal{settings(), "signal", QString()};
+    /// As loaded; bounded only when a value is formatted.
+    IntSetting m_decimalPlaces{settings(), "decimalPlaces", 1, {}, {}, WrongType::Clears};
     QPointer<QDoubleSpinBox> m_decimalPlacesEditor;
 };

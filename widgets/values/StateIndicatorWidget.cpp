@@ -1,7 +1,6 @@
 #include "widgets/values/StateIndicatorWidget.h"
 
 #include "definitions/DashboardSignalParser.h"
-#include "definitions/numbers/FileNumbers.h"
 #include "widgets/drawing/SizedFont.h"
 
 #include <QComboBox>
@@ -20,7 +19,6 @@ constexpr int kMinimumLampHeight = 30;
 constexpr int kPointSize = 14;
 
 constexpr QLatin1String kGroupKey("groupId");
-constexpr QLatin1String kCornerKey("corner");
 
 bool containsAny(const QString& text, std::initializer_list<QLatin1String> words)
 {
@@ -36,7 +34,7 @@ void drawCentred(QPainter& painter, const QRect& area, const QString& text)
 } // namespace
 
 StateIndicatorWidget::StateIndicatorWidget(QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
 {
     setMinimumSize(120, 60);
 }
@@ -91,20 +89,20 @@ void StateIndicatorWidget::loadConfig(const QJsonObject& config)
 {
     if (config.contains(kGroupKey))
         setGroupId(config.value(kGroupKey).toString());
-    m_corner = jsonInt(config.value(kCornerKey), m_corner);
-    update();
+    WidgetWithSettings::loadConfig(config);
 }
 
 QJsonObject StateIndicatorWidget::saveConfig() const
 {
-    return {{kGroupKey, m_groupId}, {kCornerKey, m_corner}};
+    QJsonObject config = WidgetWithSettings::saveConfig();
+    config.insert(kGroupKey, m_groupId);
+    return config;
 }
 
 void StateIndicatorWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 {
     m_groupEditor = new QComboBox(parent);
-    m_groupEditor->setAccessibleName(tr("State group"));
-    m_groupEditor->setToolTip(tr("The group of states that the lamp follows"));
+    describeEditor(m_groupEditor, tr("State group"), tr("The group of states that the lamp follows"));
     // A label of any length must not widen the dialog beyond the screen.
     m_groupEditor->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_groupEditor->setMinimumContentsLength(24);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/settings/IntSetting.h"
 
 #include <QColor>
 #include <QPointer>
@@ -9,7 +10,7 @@ class QComboBox;
 
 // The current state of one group of the device: the group's label and below it a lamp whose colour follows
 // from the state's name. The router sets the state; values and assigned signals mean nothing to it.
-class StateIndicatorWidget : public DashboardWidget
+class StateIndicatorWidget : public WidgetWithSettings
 {
     Q_OBJECT
 
@@ -48,6 +49,7 @@ private:
     QString m_groupLabel;
     QString m_stateId;
     QString m_stateLabel;
-    int m_corner = 10; ///< radius of the lamp's corners in pixels
+    /// The radius of the lamp's corners, in pixels.
+    IntSetting m_corner{settings(), "corner", 10};
     QPointer<QComboBox> m_groupEditor;
 };

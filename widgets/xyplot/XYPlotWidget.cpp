@@ -1,9 +1,7 @@
 #include "widgets/xyplot/XYPlotWidget.h"
 
-#include "definitions/DashboardSignalParser.h"
 #include "definitions/numbers/FileNumbers.h"
 #include "definitions/numbers/SignalName.h"
-#include "widgets/ConfigEditors.h"
 #include "widgets/DisplayName.h"
 #include "widgets/drawing/NumberStyle.h"
 #include "widgets/drawing/SizedFont.h"
@@ -35,67 +33,16 @@ constexpr int kLabelDigits = 6;
 constexpr int kLabelGap = 4;
 constexpr int kTitlePadding = 4;
 constexpr qsizetype kMaxTitleCharacters = 1000; ///< measuring a text takes time per character
-constexpr int kChoiceCharacters = 24;
-constexpr double kEditorLimit = 1'000'000'000.0;
+constexpr double kEditorLimit = 1e9;
 constexpr int kEditorDecimals = 3;
 constexpr QColor kDotColor(40, 140, 160);
 constexpr QColor kFrameColor(160, 160, 160);
 constexpr QColor kGridColor(210, 210, 210);
 
-constexpr QLatin1String kXSignalKey("xSignal");
-constexpr QLatin1String kYSignalKey("ySignal");
-constexpr QLatin1String kAutoScaleXKey("autoScaleX");
-constexpr QLatin1String kAutoScaleYKey("autoScaleY");
-constexpr QLatin1String kXMinKey("xMin");
-constexpr QLatin1String kXMaxKey("xMax");
-constexpr QLatin1String kYMinKey("yMin");
-constexpr QLatin1String kYMaxKey("yMax");
-constexpr QLatin1String kMaxPointsKey("maxPoints");
-constexpr QLatin1String kDrawLinesKey("drawLines");
-constexpr QLatin1String kShowGridKey("showGrid");
-
 /// Whether a delivered name means the signal. Most names do not, and that is cheap to find out.
 bool means(const QString& name, const QString& signal)
 {
     return name == signal || (name.contains(signal) && canonical(name) == signal);
-}
-
-/// A row for one of the project's signals. A name that the catalogue lacks is offered too, so that OK does
-/// not put another signal in its place.
-QComboBox* addSignalChoice(QFormLayout* form, const QString& label, const QString& current,
-                           const QString& toolTip, QWidget* parent)
-{
-    QStringList signalNames{current};
-    const QList<DashboardSignal> all = gSignalParser ? gSignalParser->signalList() : QList<DashboardSignal>();
-    for (const DashboardSignal& each : all)
-        signalNames.append(each.enumName);
-    signalNames.removeDuplicates();
-    signalNames.sort(Qt::CaseSensitive);
-    QComboBox* choice = addEditor(form, label, newChoice(signalNames, current, parent), toolTip);
-    // A name of any length must not widen the dialog beyond the screen.
-    choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    choice->setMinimumContentsLength(kChoiceCharacters);
-    return choice;
-}
-
-// What an editor says, or what was before when the dialog and its editors are gone.
-
-void takeOver(const QComboBox* editor, QString& text)
-{
-    if (editor)
-        text = editor->currentText();
-}
-
-void takeOver(const QCheckBox* editor, bool& on)
-{
-    if (editor)
-        on = editor->isChecked();
-}
-
-void takeOver(const QDoubleSpinBox* editor, double& value)
-{
-    if (editor)
-        value = editedValue(editor, value);
 }
 
 /// A single line around a centre, elided to a width, on a background that lets little of the plot through.
@@ -113,8 +60,20 @@ void drawCaption(QPainter& painter, QPoint centre, int width, QString text, cons
 
 } // namespace
 
+XYPlotWidget::Axis::Axis(WidgetSettings& all, const QString& name, const char* autoScaleKey,
+                         const char* minimumKey, const char* maximumKey)
+    : autoScale(all, autoScaleKey, true,
+                {tr("Auto-scale %1").arg(name), tr("Fit the axis to the points instead of the limits below")})
+    , minimum(
+          all, minimumKey, -1.0,
+          {tr("%1 Min:").arg(name), tr("The lower limit, without auto-scale"), kEditorLimit, kEditorDecimals})
+    , maximum(
+          all, maximumKey, 1.0,
+          {tr("%1 Max:").arg(name), tr("The upper limit, without auto-scale"), kEditorLimit, kEditorDecimals})
+{}
+
 XYPlotWidget::XYPlotWidget(QWidget* parent)
-    : DashboardWidget(parent)
+    : WidgetWithSettings(parent)
 {
     setMinimumSize(140, 120);
 }
@@ -144,9 +103,9 @@ void XYPlotWidget::setValueForSignal(const QString& name, double value)
 void XYPlotWidget::setValueForSignalAt(const QString& name, double value, double tSec)
 {
     if (means(name, m_x.signal))
-        m_x.lastValue = value;
+        m_x.value = value;
     else if (means(name, m_y.signal))
-        m_y.lastValue = value;
+        m_y.value = value;
     else
         return;
     appendPointIfReady(wholeMs(tSec * 1000.0));
@@ -154,12 +113,12 @@ void XYPlotWidget::setValueForSignalAt(const QString& name, double value, double
 
 void XYPlotWidget::appendPointIfReady(qint64 tMs)
 {
-    if (std::isnan(m_x.lastValue) || std::isnan(m_y.lastValue))
+    if (std::isnan(m_x.value) || std::isnan(m_y.value))
         return;
     const qint64 bucketMs = tMs / kBucketMs * kBucketMs;
     if (bucketMs == m_lastBucketMs)
         return;
-    pushPoint(QPointF(m_x.lastValue, m_y.lastValue));
+    pushPoint(QPointF(m_x.value, m_y.value));
     m_lastBucketMs = bucketMs;
 }
 
@@ -174,91 +133,25 @@ QList<QString> XYPlotWidget::assignedSignalList() const
     return names;
 }
 
-void XYPlotWidget::setSignals(const QString& x, const QString& y)
+void XYPlotWidget::settingsChanged()
 {
-    if (x == m_x.signal && y == m_y.signal)
-        return;
-    // What the old signal last said is no value of the new one.
-    if (x != m_x.signal)
-        m_x.lastValue = kNone;
-    if (y != m_y.signal)
-        m_y.lastValue = kNone;
-    m_x.signal = x;
-    m_y.signal = y;
-    Q_EMIT assignmentChanged();
-}
-
-void XYPlotWidget::loadConfig(const QJsonObject& config)
-{
-    m_x.autoScale = config.value(kAutoScaleXKey).toBool(m_x.autoScale);
-    m_y.autoScale = config.value(kAutoScaleYKey).toBool(m_y.autoScale);
-    m_x.minimum = config.value(kXMinKey).toDouble(m_x.minimum);
-    m_x.maximum = config.value(kXMaxKey).toDouble(m_x.maximum);
-    m_y.minimum = config.value(kYMinKey).toDouble(m_y.minimum);
-    m_y.maximum = config.value(kYMaxKey).toDouble(m_y.maximum);
-    m_points.setCapacity(
-        jsonInt(config.value(kMaxPointsKey), 0, XYPointRing::kMaxCapacity, m_points.capacity()));
-    m_drawLines = config.value(kDrawLinesKey).toBool(m_drawLines);
-    m_showGrid = config.value(kShowGridKey).toBool(m_showGrid);
+    m_points.setCapacity(m_maxPoints);
     update();
-    setSignals(config.value(kXSignalKey).toString(m_x.signal),
-               config.value(kYSignalKey).toString(m_y.signal));
-}
-
-QJsonObject XYPlotWidget::saveConfig() const
-{
-    return {{kXSignalKey, m_x.signal},       {kYSignalKey, m_y.signal}, {kAutoScaleXKey, m_x.autoScale},
-            {kAutoScaleYKey, m_y.autoScale}, {kXMinKey, m_x.minimum},   {kXMaxKey, m_x.maximum},
-            {kYMinKey, m_y.minimum},         {kYMaxKey, m_y.maximum},   {kMaxPointsKey, m_points.capacity()},
-            {kDrawLinesKey, m_drawLines},    {kShowGridKey, m_showGrid}};
-}
-
-void XYPlotWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
-{
-    m_x.signalEditor =
-        addSignalChoice(form, tr("X Signal:"), m_x.signal, tr("The signal that goes to the right"), parent);
-    m_y.signalEditor =
-        addSignalChoice(form, tr("Y Signal:"), m_y.signal, tr("The signal that goes upwards"), parent);
-    addRangeEditors(m_x, QStringLiteral("X"), form, parent);
-    addRangeEditors(m_y, QStringLiteral("Y"), form, parent);
-    m_capacityEditor = addEditor(form, tr("Max points:"),
-                                 newIntEditor(m_points.capacity(), 1, XYPointRing::kMaxCapacity, parent),
-                                 tr("How many of the newest points are shown"));
-    m_drawLinesEditor = addCheckBox(form, tr("Connect points"), m_drawLines,
-                                    tr("Kept with the layout; points are drawn as dots"), parent);
-    m_showGridEditor =
-        addCheckBox(form, tr("Show grid"), m_showGrid, tr("Draw the frame and the grid lines"), parent);
-}
-
-void XYPlotWidget::addRangeEditors(Axis& axis, const QString& name, QFormLayout* form, QWidget* parent)
-{
-    axis.autoScaleEditor = addCheckBox(form, tr("Auto-scale %1").arg(name), axis.autoScale,
-                                       tr("Fit the axis to the points instead of the limits below"), parent);
-    axis.minimumEditor = addEditor(form, tr("%1 Min:").arg(name),
-                                   newDoubleEditor(axis.minimum, kEditorLimit, kEditorDecimals, parent),
-                                   tr("The lower limit, without auto-scale"));
-    axis.maximumEditor = addEditor(form, tr("%1 Max:").arg(name),
-                                   newDoubleEditor(axis.maximum, kEditorLimit, kEditorDecimals, parent),
-                                   tr("The upper limit, without auto-scale"));
+    // What the old signal last said is no value of the new one.
+    const bool otherX = m_x.signal != m_xSignal.value();
+    const bool otherY = m_y.signal != m_ySignal.value();
+    if (otherX)
+        m_x = {m_xSignal};
+    if (otherY)
+        m_y = {m_ySignal};
+    if (otherX || otherY)
+        Q_EMIT assignmentChanged();
 }
 
 void XYPlotWidget::applyConfigUI()
 {
-    for (Axis* axis : {&m_x, &m_y}) {
-        takeOver(axis->autoScaleEditor, axis->autoScale);
-        takeOver(axis->minimumEditor, axis->minimum);
-        takeOver(axis->maximumEditor, axis->maximum);
-    }
-    if (m_capacityEditor)
-        m_points.setCapacity(editedValue(m_capacityEditor, m_points.capacity()));
-    takeOver(m_drawLinesEditor, m_drawLines);
-    takeOver(m_showGridEditor, m_showGrid);
+    WidgetWithSettings::applyConfigUI();
     clearData();
-    QString x = m_x.signal;
-    QString y = m_y.signal;
-    takeOver(m_x.signalEditor, x);
-    takeOver(m_y.signalEditor, y);
-    setSignals(x, y);
 }
 
 void XYPlotWidget::paintEvent(QPaintEvent* event)
@@ -278,8 +171,8 @@ void XYPlotWidget::paintEvent(QPaintEvent* event)
         xs.include(point.x());
         ys.include(point.y());
     }
-    const ValueScale x = scaleOf(m_x, xs);
-    const ValueScale y = scaleOf(m_y, ys);
+    const ValueScale x = scaleOf(m_xAxis, xs);
+    const ValueScale y = scaleOf(m_yAxis, ys);
     drawLimits(painter, plot, x, y);
     drawTitle(painter, plot);
     drawPoints(painter, event->rect(), ValueAxis::across(plot, x), ValueAxis::up(plot, y));

@@ -1,18 +1,16 @@
 #pragma once
 
-#include "widgets/DashboardWidget.h"
 #include "widgets/ITimeStampedConsumer.h"
+#include "widgets/WidgetWithSettings.h"
+#include "widgets/settings/BoolSetting.h"
+#include "widgets/settings/DoubleSetting.h"
+#include "widgets/settings/IntSetting.h"
 #include "widgets/xyplot/XYPointRing.h"
-
-#include <QPointer>
+#include "widgets/xyplot/XYSignalSetting.h"
 
 #include <limits>
 
-class QCheckBox;
-class QComboBox;
-class QDoubleSpinBox;
 class QPainter;
-class QSpinBox;
 class ValueAxis;
 struct ValueExtent;
 struct ValueScale;
@@ -20,7 +18,7 @@ struct ValueScale;
 // One signal against another: each point pairs their newest values, at most one point per 20 ms, and the
 // trail of the newest points fades with age. The router feeds it. It has no timer and keeps no history
 // beyond its ring; points are never saved.
-class XYPlotWidget : public DashboardWidget, public ITimeStampedConsumer
+class XYPlotWidget : public WidgetWithSettings, public ITimeStampedConsumer
 {
     Q_OBJECT
     Q_INTERFACES(ITimeStampedConsumer)
@@ -47,35 +45,34 @@ public:
     bool usesSignalSelection() const override;
     /// The X and the Y signal, as far as they are set.
     QList<QString> assignedSignalList() const override;
-    void loadConfig(const QJsonObject& config) override;
-    QJsonObject saveConfig() const override;
-    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
     /// Clears the data, too.
     void applyConfigUI() override;
 
 protected:
+    void settingsChanged() override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     static constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
-    /// The settings of one axis, what came for it, and its editors.
+    /// The settings of one axis.
     struct Axis
     {
+        Axis(WidgetSettings& all, const QString& name, const char* autoScaleKey, const char* minimumKey,
+             const char* maximumKey);
+
+        BoolSetting autoScale;
+        DoubleSetting minimum;
+        DoubleSetting maximum;
+    };
+    /// What a signal said last.
+    struct Latest
+    {
         QString signal;
-        bool autoScale = true;
-        double minimum = -1.0;
-        double maximum = 1.0;
-        double lastValue = kNone; ///< NaN until the signal has delivered
-        QPointer<QComboBox> signalEditor;
-        QPointer<QCheckBox> autoScaleEditor;
-        QPointer<QDoubleSpinBox> minimumEditor;
-        QPointer<QDoubleSpinBox> maximumEditor;
+        double value = kNone; ///< NaN until the signal has delivered
     };
 
     void appendPointIfReady(qint64 tMs);
-    void setSignals(const QString& x, const QString& y);
-    void addRangeEditors(Axis& axis, const QString& name, QFormLayout* form, QWidget* parent);
     static ValueScale scaleOf(const Axis& axis, const ValueExtent& extent);
     QString title() const;
     void drawGrid(QPainter& painter, const QRect& plot) const;
@@ -83,13 +80,25 @@ private:
     void drawPoints(QPainter& painter, const QRect& area, const ValueAxis& x, const ValueAxis& y) const;
     void drawTitle(QPainter& painter, const QRect& plot) const;
 
-    Axis m_x;
-    Axis m_y;
-    bool m_drawLines = false; ///< travels with the layout only
-    bool m_showGrid = true;
+    XYSignalSetting m_xSignal{settings(), "xSignal", tr("X Signal:"),
+                              tr("The signal that goes to the right")};
+    XYSignalSetting m_ySignal{settings(), "ySignal", tr("Y Signal:"), tr("The signal that goes upwards")};
+    Axis m_xAxis{settings(), QStringLiteral("X"), "autoScaleX", "xMin", "xMax"};
+    Axis m_yAxis{settings(), QStringLiteral("Y"), "autoScaleY", "yMin", "yMax"};
+    IntSetting m_maxPoints{
+        settings(),
+        "maxPoints",
+        XYPointRing::kInitialCapacity,
+        {tr("Max points:"), tr("How many of the newest points are shown"), 1, XYPointRing::kMaxCapacity},
+        {0, XYPointRing::kMaxCapacity}};
+    BoolSetting m_drawLines{settings(),
+                            "drawLines",
+                            false,
+                            {tr("Connect points"), tr("Kept with the layout; points are drawn as dots")}};
+    BoolSetting m_showGrid{
+        settings(), "showGrid", true, {tr("Show grid"), tr("Draw the frame and the grid lines")}};
+    Latest m_x;
+    Latest m_y;
     XYPointRing m_points;
     qint64 m_lastBucketMs = -1;
-    QPointer<QSpinBox> m_capacityEditor;
-    QPointer<QCheckBox> m_drawLinesEditor;
-    QPointer<QCheckBox> m_showGridEditor;
 };

@@ -9,6 +9,7 @@ class XYPointRing
 {
 public:
     static constexpr int kMaxCapacity = 200'000;
+    static constexpr int kInitialCapacity = 2000;
 
     int capacity() const { return m_capacity; }
     /// Kept within 0 … kMaxCapacity. The newest points that still fit stay, stored from the oldest on.
@@ -32,5 +33,5 @@ public:
 private:
     QList<QPointF> m_points;
     int m_head = 0;
-    int m_capacity = 2000;
+    int m_capacity = kInitialCapacity;
 };

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "definitions/numbers/FileNumbers.h"
+#include "widgets/settings/EditedSetting.h"
+
+#include <QSpinBox>
+
+#include <algorithm>
+#include <limits>
+
+/// A row with an editor for whole numbers. The range binds only what the user enters.
+struct IntRow
+{
+    QString label;
+    QString toolTip;
+    int least = 0;
+    int most = 0;
+    int step = 1;
+};
+
+/// What a whole number from a layout is kept within.
+struct IntBounds
+{
+    int least = std::numeric_limits<int>::min();
+    int most = std::numeric_limits<int>::max();
+};
+
+// A whole number, edited in a spin box or with a slider. The fraction of what is loaded is cut off; a number
+// outside the editor's range stays until the user changes it.
+template <class Editor>
+class BasicIntSetting : public EditedSetting<int, Editor>
+{
+    using Base = EditedSetting<int, Editor>;
+
+public:
+    BasicIntSetting(WidgetSettings& all, const char* key, int initial, const IntRow& row = {},
+                    IntBounds loaded = {}, WrongType wrongType = WrongType::KeepsValue)
+        : Base(all, key, initial, row.label, row.toolTip)
+        , m_row(row)
+        , m_loaded(loaded)
+        , m_wrongType(wrongType)
+    {}
+
+    void load(const QJsonValue& entry) override
+    {
+        const int fallback = m_wrongType == WrongType::Clears ? 0 : Base::value();
+        Base::set(jsonInt(entry, m_loaded.least, m_loaded.most, fallback));
+    }
+
+protected:
+    Editor* newEditor(QWidget* parent) const override
+    {
+        auto* editor = new Editor(parent);
+        editor->setRange(m_row.least, m_row.most);
+        editor->setSingleStep(m_row.step);
+        editor->setValue(Base::value());
+        return editor;
+    }
+    int edited(const Editor& editor) const override
+    {
+        const int shown = std::clamp(Base::value(), editor.minimum(), editor.maximum());
+        return editor.value() == shown ? Base::value() : editor.value();
+    }
+
+private:
+    IntRow m_row;
+    IntBounds m_loaded;
+    WrongType m_wrongType;
+};
+
+using IntSetting = BasicIntSetting<QSpinBox>;
