@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QList>
+#include "playback/ChosenRecording.h"
+#include "playback/PositionScrubber.h"
+
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 #include <memory>
 
@@ -16,10 +17,9 @@ class QSlider;
 class SignalPlaybackEngine;
 class SignalRecording;
 class QWidget;
-class TrendPlotWidget;
 
-// The replay's controls: which recording is chosen, with which definitions it is shown, and what slider,
-// speed box and check box do to the engine and the trend plots. The window tells it mode and project folder
+// The replay's controls, as the window sees them: what entering and leaving its modes means for the chosen
+// recording, the slider, the engine and the trend plots' time. The window tells it mode and project folder
 // and changes the mode when it asks. It owns none of the objects it is given.
 class PlaybackController : public QObject
 {
@@ -36,16 +36,17 @@ public:
     };
 
     /// dialogParent is the window above which boxes and dialogs appear.
-    PlaybackController(SignalPlaybackEngine* engine, DesignScene* scene, ActiveDefinitions* definitions,
+    PlaybackController(SignalPlaybackEngine* engine, const DesignScene* scene, ActiveDefinitions* definitions,
                        const Controls& controls, QWidget* dialogParent);
 
     /// The chosen recording; empty until one is.
-    QString playbackFile() const { return m_file; }
+    QString playbackFile() const { return m_recording.path(); }
     /// Empty without a project.
-    void setProjectFolder(const QString& dir) { m_projectFolder = dir; }
-    /// What the window is doing, told after each change: a released slider resumes the replay only while
-    /// playing, and must not reach into a recording.
+    void setProjectFolder(const QString& dir) { m_recording.setProjectFolder(dir); }
+    /// What the window is doing. A released slider resumes the replay only while playing, and must not reach
+    /// into a recording.
     enum class Mode { Live, Recording, Playing, Paused };
+    /// Told after each change, when the old mode has been left and the new one entered.
     void setMode(Mode mode);
     /// Told of every live line before its values are shown. The first one after a replay or a jump brings the
     /// plots back to the clock, empty.
@@ -61,70 +62,48 @@ public:
     /// before it returns.
     void startPlayback(const QString& path);
     /// Whether the engine holds a recording, loading the chosen one when it does not.
-    bool ensurePlaybackLoaded();
+    bool ensurePlaybackLoaded() { return m_recording.ensureLoaded(); }
     /// The loaded recording, loading the chosen one when there is none; null after a box of that title that
     /// says so, or when the loading was cancelled.
-    std::shared_ptr<const SignalRecording> recordingToExport(const QString& boxTitle);
+    std::shared_ptr<const SignalRecording> recordingToExport(const QString& boxTitle)
+    {
+        return m_recording.forExport(boxTitle);
+    }
     /// Makes a recording that was just written the chosen one and loads it.
-    void showRecorded(const QString& path);
-    void prepareSignalParserForPlaybackFile(const QString& path);
-    void selectActiveSignalParserFor(const QString& path);
+    void showRecorded(const QString& path) { m_recording.showRecorded(path); }
+    void prepareSignalParserForPlaybackFile(const QString& path) { m_recording.prepareDefinitions(path); }
+    void selectActiveSignalParserFor(const QString& path) { m_recording.selectDefinitions(path); }
     /// Shows the name of the chosen recording.
-    void updatePlaybackFileDisplay();
+    void updatePlaybackFileDisplay() { m_recording.updateDisplay(); }
 
-    // What the window does when it changes its mode.
+    // What the window does when it changes its mode, each before it tells the new one.
     void enterPlay();
     void leavePlay();
     void enterIdle();
-    void enterRecord() { releaseSlider(); }
+    void enterRecord() { m_scrubber.letGo(); }
 
 Q_SIGNALS:
     void playRequested();
+    /// Entering Play was cancelled (told while it is being entered: what the user asks for meanwhile counts
+    /// more), or a recording must end before another one is replayed.
     void idleRequested();
     /// Other definitions may give the last values another meaning: they must be shown anew.
     void reapplyRequested();
     void statusMessage(const QString& text, int milliseconds);
 
 private:
-    enum class Loading { Loaded, Failed, Cancelled };
-
-    void connectControls();
-    void connectSlider();
-
-    Loading load();
-    void releaseSlider();
+    void connectRecording();
+    void connectScrubber();
     void enableSlider();
     void leaveReplayTime();
-    /// Loads the file that the user chose just now; a box tells when it cannot be read.
-    Loading loadChosen();
-    QString pickFile() const;
-    void setFile(const QString& path);
-    void handOverStateGroups();
     void rewindIfAtEnd();
 
-    double timeAt(int step) const;
-    void showTime(int step);
-    void seekTo(int step);
-    void beginScrub();
-    void endScrub();
-    void scrub();
-    void onSliderAction();
-    QList<TrendPlotWidget*> trendPlots() const;
-
     SignalPlaybackEngine* m_engine;
-    DesignScene* m_scene;
-    ActiveDefinitions* m_definitions;
-    const Controls m_controls;
+    const DesignScene* m_scene;
     QWidget* m_dialogParent;
+    ChosenRecording m_recording;
+    PositionScrubber m_scrubber;
 
-    QString m_projectFolder;
-    QString m_file;
-    QString m_loadingFile;  ///< meaningful while the engine loads
-    QString m_positionFile; ///< the recording that the engine's position is one of
     Mode m_mode = Mode::Live;
     bool m_plotsOnReplayTime = false;
-
-    bool m_scrubbing = false;
-    int m_scrubStep = -1; ///< where the slider was last while scrubbing; −1 for nowhere yet
-    QTimer m_scrubTimer;
 };

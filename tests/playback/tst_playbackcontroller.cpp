@@ -33,12 +33,28 @@ class TestPlaybackController : public QObject
         SignalPlaybackEngine engine;
         PlaybackController control{
             &engine, &canvas.scene, &definitions, {&slider, &file, &time, &speed, &own}, {}};
+        bool playing = false;
 
         Rig()
         {
             slider.setRange(0, SignalPlaybackEngine::kPositionSteps);
             slider.resize(400, 30);
-            connect(&control, &PlaybackController::playRequested, &control, &PlaybackController::enterPlay);
+            connect(&control, &PlaybackController::playRequested, &control, [this] { play(); });
+        }
+        // What the window does when it changes its mode.
+        void play()
+        {
+            if (playing)
+                return;
+            control.enterPlay();
+            playing = true;
+            control.setMode(PlaybackController::Mode::Playing);
+        }
+        void pause()
+        {
+            control.leavePlay();
+            playing = false;
+            control.setMode(PlaybackController::Mode::Paused);
         }
         QString write(const QString& name, const QByteArray& bytes) const
         {
@@ -66,7 +82,7 @@ private Q_SLOTS:
         QVERIFY(dropped > 800 && rig.plot->currentNowMs() == dropped * 1000 && rig.engine.isPlaying());
         QTest::keyClick(&rig.slider, Qt::Key_Left);
         QVERIFY(rig.plot->currentNowMs() == (dropped - 1) * 1000 && rig.engine.isPlaying());
-        rig.control.leavePlay(); // after which nothing resumes
+        rig.pause(); // after which nothing resumes
         QTest::keyClick(&rig.slider, Qt::Key_Home);
         QVERIFY(rig.plot->currentNowMs() == 0 && !rig.engine.isPlaying());
 
@@ -82,8 +98,23 @@ private Q_SLOTS:
         const QSignalSpy repaints(&rig.canvas.scene, &QGraphicsScene::changed);
         rig.plot->setValueForSignalAt(u"A"_s, 1.0, 500.0);
         QTRY_VERIFY(!repaints.isEmpty());
-        rig.control.enterPlay();
+        rig.play();
         QVERIFY(rig.plot->currentNowMs() > 1e12); // on the clock again
+    }
+
+    void loadTakesTheHeldSliderAndResumesNothing()
+    {
+        Rig rig;
+        rig.plot->assignSignals({u"A"_s});
+        const QString path = rig.write(u"a.rec"_s, "0 A=1\n1000 A=2\n");
+        rig.control.startPlayback(path);
+        rig.slider.setSliderDown(true);
+        rig.slider.setSliderPosition(300);
+        const QSignalSpy starts(&rig.engine, &SignalPlaybackEngine::playbackTimeAdvanced);
+        rig.control.showRecorded(path);
+        QVERIFY(!rig.slider.isSliderDown());
+        QCOMPARE(rig.plot->currentNowMs(), 300'000);
+        QVERIFY(starts.isEmpty() && !rig.engine.isPlaying());
     }
 
     void startsOnceAndAnewAtTheEndOrWithAnotherFile()
@@ -94,10 +125,13 @@ private Q_SLOTS:
         rig.speed.setValue(2);
         rig.control.startPlayback(path);
         rig.engine.advance(1000);
+        rig.pause();
         rig.control.startPlayback(path); // goes on
+        rig.pause();
         rig.slider.setValue(1000);
         rig.control.startPlayback(path);
         rig.engine.advance(1000);
+        rig.engine.stopPlayback(); // in Play still, as when Record is refused
         rig.control.startPlayback(rig.write(u"b.rec"_s, "0 A=1\ninf A=2\n"));
         QCOMPARE(starts, (QList<QVariantList>{{0.0}, {2.0}, {2.0}, {0.0}, {2.0}, {0.0}}));
         QCOMPARE(rig.time.text(), u"0.000"_s);
@@ -145,13 +179,14 @@ private Q_SLOTS:
         rig.control.selectPlaybackFile();
         QVERIFY(rig.plot->markers().isEmpty());
         rig.control.showRecorded(rig.dir.filePath(u"b.rec"_s)); // which is not there
-        rig.control.enterPlay();
+        rig.play();
         QTRY_VERIFY(!rig.engine.isPlaying()); // finished at once
+        rig.pause();
         rig.write(u"b.rec"_s, QByteArray("1 A=1\n").repeated(500'000));
         const QSignalSpy idle(&rig.control, &PlaybackController::idleRequested);
         connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, &rig.engine,
                 &SignalPlaybackEngine::cancelLoading);
-        rig.control.enterPlay();
+        rig.play();
         QVERIFY(idle.size() == 1 && !rig.engine.isPlaying() && !rig.slider.isEnabled());
         QCOMPARE(answer.titles(), QStringList({u"Open Recording"_s, u"Error"_s}));
     }
