@@ -1,7 +1,7 @@
 #include "app/EventRouting.h"
 
 #include "app/ValueRouter.h"
-#include "canvas/Plots.h"
+#include "canvas/CanvasPlots.h"
 #include "playback/recording/SignalPlaybackEngine.h"
 #include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
@@ -50,7 +50,7 @@ void EventRouting::connectReplay(SignalPlaybackEngine* engine)
     connect(engine, &Engine::messageEvent, this, &EventRouting::onPlaybackMessageEvent, Qt::UniqueConnection);
     connect(engine, &Engine::messageReset, this, &EventRouting::onPlaybackMessageReset, Qt::UniqueConnection);
     connect(engine, &Engine::playbackFinished, this, &EventRouting::playbackFinished);
-    connect(engine, &Engine::dataReset, this, [this] { resetPlots(*m_scene); });
+    connect(engine, &Engine::dataReset, this, [this] { CanvasPlots::reset(*m_scene); });
     // The second time on purpose: onPlaybackValuesAt() has put the trend plots on the replay's time by now.
     // In a replay that starts from Idle they would else be given first points stamped by the clock.
     connect(

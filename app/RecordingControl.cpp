@@ -1,6 +1,6 @@
 #include "app/RecordingControl.h"
 
-#include "canvas/Plots.h"
+#include "canvas/CanvasPlots.h"
 #include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
 
@@ -31,7 +31,7 @@ bool RecordingControl::start(const QString& projectDir)
         QMessageBox::warning(m_dialogParent, tr("Serial"), tr("Open a serial port before recording."));
         return false;
     }
-    clearDataMarkers(*m_scene);
+    CanvasPlots::clearDataMarkers(*m_scene);
     // Without a project there is no place to record to.
     const QDir project(projectDir);
     const QString folder = projectDir.isEmpty() ? QString() : project.filePath(QStringLiteral("recordings"));

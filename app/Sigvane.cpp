@@ -15,11 +15,11 @@
 #include "app/toolbars/ExportToolBar.h"
 #include "app/toolbars/IoToolBar.h"
 #include "app/toolbars/SerialControls.h"
+#include "canvas/CanvasPlots.h"
 #include "canvas/DashboardItem.h"
 #include "canvas/DashboardView.h"
 #include "canvas/DesignScene.h"
 #include "canvas/LayoutFile.h"
-#include "canvas/Plots.h"
 #include "canvas/StackingOrder.h"
 #include "playback/CsvExportFlow.h"
 #include "playback/PlaybackController.h"
@@ -302,7 +302,7 @@ void Sigvane::exitDesignMode()
     qDebug("Design mode ended");
     m_palette->setEnabled(false);
     m_scene->setDesignMode(false);
-    setExternalTimeEnabled(*m_scene, false);
+    CanvasPlots::setExternalTimeEnabled(*m_scene, false);
 }
 
 bool Sigvane::enterRecordMode()
@@ -311,7 +311,7 @@ bool Sigvane::enterRecordMode()
     if (m_recorder->isRecording() || !startRecording())
         return false;
     qDebug("Record mode started");
-    setExternalTimeEnabled(*m_scene, false);
+    CanvasPlots::setExternalTimeEnabled(*m_scene, false);
     clearErrorConsoles();
     return true;
 }
@@ -435,9 +435,12 @@ void Sigvane::reapplyMappingsToCurrentValues() { m_router->reapplyMappingsToCurr
 
 void Sigvane::clearErrorConsoles() { m_router->clearErrorConsoles(); }
 
-void Sigvane::clearData() { clearPlots(*m_scene); }
+void Sigvane::clearData() { CanvasPlots::clear(*m_scene); }
 
-double Sigvane::dominantTrendWindowSeconds() const { return ::dominantTrendWindowSeconds(*m_scene); }
+double Sigvane::dominantTrendWindowSeconds() const
+{
+    return CanvasPlots::dominantTrendWindowSeconds(*m_scene);
+}
 
 // --- Replay and export -------------------------------------------------------------------------------------
 

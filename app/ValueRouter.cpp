@@ -6,12 +6,11 @@
 #include "definitions/numbers/FileNumbers.h"
 #include "definitions/numbers/SignalName.h"
 #include "widgets/DashboardWidget.h"
-#include "widgets/consoles/ErrorConsoleWidget.h"
-#include "widgets/consoles/MessagesConsoleWidget.h"
 #include "widgets/trend/TrendPlotWidget.h"
-#include "widgets/values/StateIndicatorWidget.h"
 
 #include <QDateTime>
+
+#include <utility>
 
 namespace {
 
@@ -50,7 +49,7 @@ void ValueRouter::routeReplayedTrends(double tSec, const QMap<QString, double>& 
         for (auto it = feed.routes.cbegin(); it != feed.routes.cend(); ++it) {
             const auto value = values.constFind(it.key());
             if (value != values.cend())
-                feed.plot->setValueForSignalAt(it.key(), mapped(m_routes[it.value()], *value), tSec);
+                feed.plot->setValueForSignalAt(it.key(), physical(m_routes[it.value()], *value), tSec);
         }
         feed.plot->trimToWindowEndingAt(now);
     }
@@ -105,54 +104,44 @@ void ValueRouter::routeState(const QString& group, const QString& stateId)
 
 void ValueRouter::updateStateValue(const QString& group, const QString& stateId, const QString& label)
 {
-    if (label.isEmpty() && m_definitions->active()) {
-        if (const auto state = m_definitions->active()->findState(group, stateId)) {
-            updateStateValue(group, stateId, state->label); // never empty in a catalogue
-            return;
-        }
-    }
+    const DashboardSignalParser* definitions = m_definitions->active();
+    const QString shown = label.isEmpty() && definitions ? definitions->stateLabel(group, stateId) : label;
     ensureIndex();
-    const auto indicators = m_stateIndicators;
-    for (StateIndicatorWidget* indicator : indicators) {
-        if (indicator->groupId().compare(group, Qt::CaseInsensitive) == 0)
-            indicator->setStateId(stateId, label);
-    }
+    const QList<DashboardWidget*> widgets = m_topLevelWidgets;
+    for (DashboardWidget* widget : widgets)
+        widget->showState(group, stateId, shown);
 }
 
 void ValueRouter::routeError(double tSec, const QString& id)
 {
-    QString text = id;
-    if (const DashboardSignalParser* definitions = m_definitions->active()) {
-        const auto error = definitions->findErrorById(id);
-        if (error && !error->message.isEmpty())
-            text = error->message;
-    }
+    const DashboardSignalParser* definitions = m_definitions->active();
+    const QString text = definitions ? definitions->errorText(id) : id;
     ensureIndex();
-    const auto consoles = m_errorConsoles;
-    for (ErrorConsoleWidget* console : consoles)
-        console->appendError(tSec, id, text);
+    const QList<DashboardWidget*> widgets = m_widgets;
+    for (DashboardWidget* widget : widgets)
+        widget->appendError(tSec, id, text);
 }
 
 void ValueRouter::routeMessage(double tSec, const QString& text)
 {
     ensureIndex();
-    const auto consoles = m_messageConsoles;
-    for (MessagesConsoleWidget* console : consoles)
-        console->appendMessage(tSec, text);
+    const QList<DashboardWidget*> widgets = m_widgets;
+    for (DashboardWidget* widget : widgets)
+        widget->appendMessage(tSec, text);
 }
 
 void ValueRouter::clearErrorConsoles()
 {
     ensureIndex();
-    for (ErrorConsoleWidget* console : std::as_const(m_errorConsoles))
-        console->clearErrors();
+    for (DashboardWidget* widget : std::as_const(m_widgets))
+        widget->clearErrors();
 }
 
 void ValueRouter::clearMessageConsoles()
 {
     ensureIndex();
-    for (MessagesConsoleWidget* console : std::as_const(m_messageConsoles))
-        console->clearMessages();
+    for (DashboardWidget* widget : std::as_const(m_widgets))
+        widget->clearMessages();
 }
 
 void ValueRouter::deliver(const Signal& signal, const QString& name, double raw, double tSec) const
@@ -160,16 +149,16 @@ void ValueRouter::deliver(const Signal& signal, const QString& name, double raw,
     if (signal.route < 0)
         return;
     const Route& route = m_routes[signal.route];
-    const double value = mapped(route, raw);
+    const double value = physical(route, raw);
     // A copy (one counter): a widget may ask for another value, and that rebuild the index, from in here.
     const QList<DashboardWidget*> widgets = route.widgets;
     for (DashboardWidget* widget : widgets)
         widget->setValueForSignalAt(name, value, tSec);
 }
 
-double ValueRouter::mapped(const Route& route, double raw)
+double ValueRouter::physical(const Route& route, double raw)
 {
-    return route.mapped ? route.offset + raw * route.scale : raw;
+    return route.mapping ? route.mapping->physical(raw) : raw;
 }
 
 void ValueRouter::ensureIndex()
@@ -186,8 +175,9 @@ void ValueRouter::rebuildIndex()
     m_routes.clear();
     for (Signal& signal : m_signals)
         signal.route = -1;
-    const QList<DashboardWidget*> widgets = m_scene->widgetsOfType<DashboardWidget>(true);
-    for (DashboardWidget* widget : widgets) {
+    m_topLevelWidgets = m_scene->widgets(true);
+    m_widgets = m_scene->widgets(false);
+    for (DashboardWidget* widget : std::as_const(m_topLevelWidgets)) {
         const QList<QString> entries = widget->assignedSignalList();
         for (const QString& entry : entries) {
             QList<DashboardWidget*>& receivers = routeTo(canonical(entry)).widgets;
@@ -204,25 +194,15 @@ void ValueRouter::rebuildIndex()
             feed.routes.insert(canonical(entry), m_signals[canonical(entry)].route);
         m_trendFeeds.append(feed);
     }
-    m_stateIndicators = m_scene->widgetsOfType<StateIndicatorWidget>(true);
-    m_errorConsoles = m_scene->widgetsOfType<ErrorConsoleWidget>(false);
-    m_messageConsoles = m_scene->widgetsOfType<MessagesConsoleWidget>(false);
 }
 
 ValueRouter::Route& ValueRouter::routeTo(const QString& name)
 {
     Signal& signal = m_signals[name];
     if (signal.route < 0) {
+        const DashboardSignalParser* definitions = m_definitions->active();
         signal.route = int(m_routes.size());
-        m_routes.append(newRoute(name));
+        m_routes.append({{}, definitions ? definitions->mappingOfSignal(name) : std::nullopt});
     }
     return m_routes[signal.route];
-}
-
-ValueRouter::Route ValueRouter::newRoute(const QString& name) const
-{
-    const DashboardSignalParser* definitions = m_definitions->active();
-    const auto known = definitions ? definitions->findSignalByEnum(name) : std::nullopt;
-    const auto mapping = known ? definitions->findMappingByName(known->mappingName) : std::nullopt;
-    return mapping ? Route{{}, true, mapping->offset, mapping->scale} : Route{};
 }

@@ -1,17 +1,18 @@
 #pragma once
 
+#include "definitions/DashboardSignalParser.h"
+
 #include <QHash>
 #include <QList>
 #include <QMap>
 #include <QObject>
 #include <QString>
 
+#include <optional>
+
 class ActiveDefinitions;
 class DashboardWidget;
 class DesignScene;
-class ErrorConsoleWidget;
-class MessagesConsoleWidget;
-class StateIndicatorWidget;
 class TrendPlotWidget;
 
 // Brings every value, state, error and message, live or replayed, to the widgets that show it, in physical
@@ -47,8 +48,7 @@ public:
 
     /// A state change, live or replayed: its label is looked up.
     void routeState(const QString& group, const QString& stateId);
-    /// Shows a state on every indicator of the group, whose name is compared ignoring letter case. An empty
-    /// label is looked up.
+    /// Shows a state on every widget that shows its group. An empty label is looked up.
     void updateStateValue(const QString& group, const QString& stateId, const QString& label);
     void routeError(double tSec, const QString& id);
     void routeMessage(double tSec, const QString& text);
@@ -68,9 +68,7 @@ private:
     struct Route
     {
         QList<DashboardWidget*> widgets; ///< topmost first, each once
-        bool mapped = false;
-        double offset = 0.0;
-        double scale = 1.0;
+        std::optional<DashboardMapping> mapping;
     };
 
     /// One trend plot and the signals that it shows, in name order.
@@ -85,8 +83,7 @@ private:
     void ensureIndex();
     void rebuildIndex();
     Route& routeTo(const QString& name);
-    static double mapped(const Route& route, double raw);
-    Route newRoute(const QString& name) const;
+    static double physical(const Route& route, double raw);
 
     DesignScene* m_scene;
     const ActiveDefinitions* m_definitions;
@@ -97,7 +94,6 @@ private:
     QHash<QString, Signal> m_signals;
     QList<Route> m_routes;
     QList<TrendFeed> m_trendFeeds;
-    QList<StateIndicatorWidget*> m_stateIndicators;
-    QList<ErrorConsoleWidget*> m_errorConsoles;
-    QList<MessagesConsoleWidget*> m_messageConsoles;
+    QList<DashboardWidget*> m_topLevelWidgets; ///< which values and states reach
+    QList<DashboardWidget*> m_widgets;         ///< all of them, which errors and messages reach
 };

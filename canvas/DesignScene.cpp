@@ -5,7 +5,6 @@
 #include "widgets/DashboardWidget.h"
 #include "widgets/DashboardWidgetFactory.h"
 #include "widgets/ProjectFolderAware.h"
-#include "widgets/values/StateIndicatorWidget.h"
 
 #include <QApplication>
 #include <QGraphicsSceneContextMenuEvent>
@@ -158,8 +157,7 @@ void DesignScene::showNewDefinitions()
 {
     const QList<DashboardWidget*> all = widgets(false);
     for (DashboardWidget* widget : all) {
-        if (auto* indicator = dynamic_cast<StateIndicatorWidget*>(widget))
-            indicator->refreshGroupDisplayFromParser();
+        widget->definitionsChanged();
         widget->update();
     }
 }

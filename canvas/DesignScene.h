@@ -51,7 +51,9 @@ public:
     /// Moves every item that shows less than a corner of itself inside the scene rectangle back into it.
     void bringOutlyingItemsIntoView();
 
-    /// Every widget of class T in the scene, topmost first; with topLevelOnly the nested ones are left out.
+    /// Every widget in the scene, topmost first; with topLevelOnly the nested ones are left out.
+    QList<DashboardWidget*> widgets(bool topLevelOnly) const;
+    /// Those of class T.
     template <class T>
     QList<T*> widgetsOfType(bool topLevelOnly) const;
 
@@ -60,8 +62,6 @@ protected:
     void contextMenuEvent(QGraphicsSceneContextMenuEvent* event) override;
 
 private:
-    QList<DashboardWidget*> widgets(bool topLevelOnly) const;
-
     bool m_designMode = false;
     QString m_projectFolder;
     quint64 m_itemsRevision = 1;

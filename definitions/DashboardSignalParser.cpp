@@ -183,6 +183,30 @@ std::optional<DashboardError> DashboardSignalParser::findErrorByCode(int code) c
     return lookUp(m_errors, m_errorByCode, code);
 }
 
+std::optional<DashboardMapping> DashboardSignalParser::mappingOfSignal(const QString& enumName) const
+{
+    const auto signal = findSignalByEnum(enumName);
+    return signal ? findMappingByName(signal->mappingName) : std::nullopt;
+}
+
+QString DashboardSignalParser::displayName(const QString& enumName) const
+{
+    const auto signal = findSignalByEnum(enumName);
+    return signal && !signal->displayName.isEmpty() ? signal->displayName : enumName;
+}
+
+QString DashboardSignalParser::stateLabel(const QString& groupId, const QString& stateName) const
+{
+    const auto state = findState(groupId, stateName);
+    return state && !state->label.isEmpty() ? state->label : stateName;
+}
+
+QString DashboardSignalParser::errorText(const QString& id) const
+{
+    const auto error = findErrorById(id);
+    return error && !error->message.isEmpty() ? error->message : id;
+}
+
 QStringList DashboardSignalParser::stateGroupIds() const
 {
     QStringList ids;

@@ -18,6 +18,8 @@ struct DashboardMapping
     QString name;
     double offset = 0.0;
     double scale = 0.0;
+
+    double physical(double raw) const { return offset + raw * scale; }
 };
 
 /// One signal. The numeric fields are reserved: no line of the file can fill them, they are always 0.
@@ -88,6 +90,14 @@ public:
     std::optional<DashboardError> findErrorByCode(int code) const;
     /// The id of every group record, in order of first appearance; an id declared twice stands twice.
     QStringList stateGroupIds() const;
+
+    // What the user reads or sees of a raw value, a name or an id; what is not declared stands for itself.
+
+    /// The mapping that the signal names; nothing when either is not declared.
+    std::optional<DashboardMapping> mappingOfSignal(const QString& enumName) const;
+    QString displayName(const QString& enumName) const;
+    QString stateLabel(const QString& groupId, const QString& stateName) const;
+    QString errorText(const QString& id) const;
 
 private:
     void parseLine(const QString& line);

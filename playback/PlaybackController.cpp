@@ -1,7 +1,7 @@
 #include "playback/PlaybackController.h"
 
+#include "canvas/CanvasPlots.h"
 #include "canvas/DesignScene.h"
-#include "canvas/Plots.h"
 #include "playback/recording/SignalPlaybackEngine.h"
 
 #include <QDebug>
@@ -60,7 +60,7 @@ void PlaybackController::enableSlider()
 void PlaybackController::selectPlaybackFile()
 {
     if (m_recording.select())
-        clearDataMarkers(*m_scene);
+        CanvasPlots::clearDataMarkers(*m_scene);
 }
 
 void PlaybackController::startPlayback(const QString& path)
@@ -95,7 +95,7 @@ void PlaybackController::enterPlay()
         return;
     }
     rewindIfAtEnd();
-    setExternalTimeEnabled(*m_scene, false);
+    CanvasPlots::setExternalTimeEnabled(*m_scene, false);
     m_plotsOnReplayTime = true;
     m_engine->startPlayback(); // without frames it finishes at once, which leads back to Idle
 }
@@ -111,7 +111,7 @@ void PlaybackController::enterIdle()
 {
     m_scrubber.letGo();
     m_engine->resetStartTime();
-    setExternalTimeEnabled(*m_scene, false);
+    CanvasPlots::setExternalTimeEnabled(*m_scene, false);
     m_plotsOnReplayTime = false; // the window empties them
 }
 
@@ -121,8 +121,8 @@ void PlaybackController::leaveReplayTime()
     if (m_scrubber.isScrubbing() || m_mode == Mode::Playing || m_mode == Mode::Paused)
         return;
     m_plotsOnReplayTime = false;
-    setExternalTimeEnabled(*m_scene, false);
-    clearPlots(*m_scene);
+    CanvasPlots::setExternalTimeEnabled(*m_scene, false);
+    CanvasPlots::clear(*m_scene);
 }
 
 void PlaybackController::rewindIfAtEnd()

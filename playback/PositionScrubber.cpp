@@ -1,7 +1,7 @@
 #include "playback/PositionScrubber.h"
 
+#include "canvas/CanvasPlots.h"
 #include "canvas/DesignScene.h"
-#include "canvas/Plots.h"
 #include "definitions/numbers/FileNumbers.h"
 #include "playback/recording/SignalPlaybackEngine.h"
 #include "widgets/trend/TrendPlotWidget.h"
@@ -131,7 +131,8 @@ void PositionScrubber::finish()
 
 void PositionScrubber::seekTo(int step)
 {
-    m_engine->setHistoryWindow(std::max(kShortestLookBack, dominantTrendWindowSeconds(*m_scene)));
+    m_engine->setHistoryWindow(
+        std::max(kShortestLookBack, CanvasPlots::dominantTrendWindowSeconds(*m_scene)));
     const double t = timeAt(step);
     m_engine->seekToTimestamp(t);
     const qint64 nowMs = wholeMs(t * 1000.0);

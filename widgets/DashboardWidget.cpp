@@ -34,6 +34,20 @@ void DashboardWidget::assignSignals(const QList<QString>& names)
     Q_EMIT assignmentChanged();
 }
 
+void DashboardWidget::showState(const QString&, const QString&, const QString&) {}
+
+void DashboardWidget::appendError(double, const QString&, const QString&) {}
+
+void DashboardWidget::clearErrors() {}
+
+void DashboardWidget::appendMessage(double, const QString&) {}
+
+void DashboardWidget::clearMessages() {}
+
+void DashboardWidget::clearData() {}
+
+void DashboardWidget::definitionsChanged() {}
+
 void DashboardWidget::loadConfig(const QJsonObject& config)
 {
     const QJsonValue entry = config.value(QLatin1String("signals"));

@@ -41,6 +41,22 @@ public:
     virtual void assignSignal(const QString& name);
     /// Replaces the list; order and duplicates stay.
     virtual void assignSignals(const QList<QString>& names);
+
+    // What a type does not show, it ignores.
+
+    /// The device is in another state. The group's name is compared ignoring letter case.
+    virtual void showState(const QString& groupId, const QString& stateId, const QString& label);
+    /// An error with its time in seconds, its id and the text to show for it.
+    virtual void appendError(double tSec, const QString& id, const QString& text);
+    virtual void clearErrors();
+    /// A line of free text with its time in seconds.
+    virtual void appendMessage(double tSec, const QString& text);
+    virtual void clearMessages();
+    /// Forgets the history that it draws and looks as new; settings and assignment stay.
+    virtual void clearData();
+    /// The project's catalogue is another one; a repaint follows.
+    virtual void definitionsChanged();
+
     /// Reads what is there and leaves the rest: "signals" must be an array; what is no string in it is
     /// skipped.
     virtual void loadConfig(const QJsonObject& config);

@@ -1,6 +1,5 @@
 #include "playback/recording/SignalCsvExport.h"
 
-#include "definitions/DashboardSignalParser.h"
 #include "playback/recording/NumberText.h"
 #include "playback/recording/SignalRecording.h"
 
@@ -101,7 +100,7 @@ public:
             const CsvColumn& column = m_columns[i];
             const double value = m_held[m_keys[i]];
             *to++ = ',';
-            to = writeValue(to, column.mapped ? column.offset + value * column.scale : value);
+            to = writeValue(to, column.mapping ? column.mapping->physical(value) : value);
         }
         text.truncate(to - text.constData());
     }
@@ -177,16 +176,13 @@ QByteArray quoted(const QString& text) { return '"' + text.toUtf8().replace('"',
 
 QByteArray stateRow(const QString& group, const QString& name, const DashboardSignalParser* definitions)
 {
-    const auto state = definitions ? definitions->findState(group, name) : std::nullopt;
-    const QString& display = state && !state->label.isEmpty() ? state->label : name;
+    const QString display = definitions ? definitions->stateLabel(group, name) : name;
     return ",STATE," + quoted(group) + ',' + quoted(name) + ',' + quoted(display);
 }
 
 QByteArray errorRow(const QString& id, const DashboardSignalParser* definitions)
 {
-    const auto error = definitions ? definitions->findErrorById(id) : std::nullopt;
-    const QString& display = error && !error->message.isEmpty() ? error->message : id;
-    return ",ERROR," + quoted(id) + ",," + quoted(display);
+    return ",ERROR," + quoted(id) + ",," + quoted(definitions ? definitions->errorText(id) : id);
 }
 
 /// What follows the time in a row, made once for all events that say the same.
@@ -232,18 +228,10 @@ std::vector<CsvColumn> csvColumns(const QStringList& keys, bool applyMappings,
 {
     std::vector<CsvColumn> columns;
     for (const QString& key : keys) {
-        CsvColumn column{key, key};
+        CsvColumn column{key, key, std::nullopt};
         if (applyMappings && definitions) {
-            const auto signal = definitions->findSignalByEnum(key);
-            const auto mapping = signal ? definitions->findMappingByName(signal->mappingName) : std::nullopt;
-            if (signal && !signal->displayName.isEmpty())
-                column.title = signal->displayName;
-            column.title += QLatin1String("(mapped)");
-            if (mapping) {
-                column.mapped = true;
-                column.offset = mapping->offset;
-                column.scale = mapping->scale;
-            }
+            column.title = definitions->displayName(key) + QLatin1String("(mapped)");
+            column.mapping = definitions->mappingOfSignal(key);
         }
         columns.push_back(column);
     }

@@ -1,17 +1,19 @@
 #pragma once
 
+#include "definitions/DashboardSignalParser.h"
+
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
-class DashboardSignalParser;
 class QIODevice;
 class SignalRecording;
 
 // Writes a loaded recording as comma-separated values to a device: its signals, a row per frame or per sample
-// time, or its events, a row each. CsvExportFlow has the dialogs and the files.
+// time, or its events, a row each. CsvExportController has the dialogs and the files.
 
 enum class CsvResult {
     Written,
@@ -30,9 +32,7 @@ struct CsvColumn
 {
     QString key;
     QString title;
-    double offset = 0.0; ///< written is offset + value × scale
-    double scale = 1.0;
-    bool mapped = false;
+    std::optional<DashboardMapping> mapping; ///< of what is written
 };
 
 /// The columns of these keys. With mappings and a catalogue the titles are display names with "(mapped)".

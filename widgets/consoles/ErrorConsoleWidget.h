@@ -12,6 +12,6 @@ public:
 
     QString typeName() const override;
     /// Adds "[time] id : text"; the id stands for an empty text.
-    void appendError(double tSec, const QString& id, const QString& text);
-    void clearErrors();
+    void appendError(double tSec, const QString& id, const QString& text) override;
+    void clearErrors() override;
 };

@@ -15,6 +15,6 @@ public:
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
     void applyConfigUI() override {}
     /// Adds "[time] text".
-    void appendMessage(double tSec, const QString& text);
-    void clearMessages();
+    void appendMessage(double tSec, const QString& text) override;
+    void clearMessages() override;
 };

@@ -58,7 +58,7 @@ public:
     void beginBulkLoad();
     void endBulkLoad();
     /// Drops all samples; markers and settings stay.
-    void clearData();
+    void clearData() override;
     void setExternalTimeEnabled(bool on);
     /// Kept within ±kMaxTimeMs. Does not repaint.
     void setExternalNowMs(qint64 t);

@@ -69,6 +69,14 @@ void StateIndicatorWidget::setStateId(const QString& stateId, const QString& lab
     update();
 }
 
+void StateIndicatorWidget::showState(const QString& groupId, const QString& stateId, const QString& label)
+{
+    if (groupId.compare(m_groupId, Qt::CaseInsensitive) == 0)
+        setStateId(stateId, label);
+}
+
+void StateIndicatorWidget::definitionsChanged() { refreshGroupDisplayFromParser(); }
+
 QColor StateIndicatorWidget::colorForState(const QString& stateId) const
 {
     const QString name = stateId.toUpper();

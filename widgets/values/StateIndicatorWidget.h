@@ -34,6 +34,8 @@ public:
 
     void setValue(double) override {}
     void setValueForSignal(const QString&, double) override {}
+    void showState(const QString& groupId, const QString& stateId, const QString& label) override;
+    void definitionsChanged() override;
     QString typeName() const override;
     bool usesSignalSelection() const override;
     void loadConfig(const QJsonObject& config) override;

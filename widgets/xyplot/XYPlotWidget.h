@@ -31,7 +31,7 @@ public:
     /// As the newest point, without pairing; an infinite coordinate is drawn at the edge.
     void pushPoint(const QPointF& point);
     /// Forgets the points; the newest values still form the next pair.
-    void clearData();
+    void clearData() override;
     /// Where the points are drawn; not valid when the widget is too small for it.
     QRect plotRect() const;
 

@@ -1,9 +1,9 @@
-#include "canvas/Plots.h"
+#include "canvas/CanvasPlots.h"
 
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
+#include "widgets/DashboardWidget.h"
 #include "widgets/trend/TrendPlotWidget.h"
-#include "widgets/xyplot/XYPlotWidget.h"
 
 #include <QDebug>
 
@@ -14,38 +14,35 @@ namespace {
 constexpr int kDefaultWindowMs = 10'000;
 constexpr int kLargestWindowMs = 30'000;
 
-void clear(const DesignScene& scene, bool topLevelOnly)
+void clearData(const DesignScene& scene, bool topLevelOnly)
 {
-    const QList<TrendPlotWidget*> trendPlots = scene.widgetsOfType<TrendPlotWidget>(topLevelOnly);
-    for (TrendPlotWidget* plot : trendPlots)
-        plot->clearData();
-    const QList<XYPlotWidget*> xyPlots = scene.widgetsOfType<XYPlotWidget>(topLevelOnly);
-    for (XYPlotWidget* plot : xyPlots)
-        plot->clearData();
+    const QList<DashboardWidget*> widgets = scene.widgets(topLevelOnly);
+    for (DashboardWidget* widget : widgets)
+        widget->clearData();
 }
 
 } // namespace
 
-void clearPlots(const DesignScene& scene) { clear(scene, false); }
+void CanvasPlots::clear(const DesignScene& scene) { clearData(scene, false); }
 
-void resetPlots(const DesignScene& scene)
+void CanvasPlots::reset(const DesignScene& scene)
 {
     const QList<QGraphicsItem*> items = scene.items();
     for (const QGraphicsItem* item : items) {
         if (!item->parentItem() && !dynamic_cast<const DashboardItem*>(item))
             qWarning("No DashboardItem");
     }
-    clear(scene, true);
+    clearData(scene, true);
 }
 
-void clearDataMarkers(const DesignScene& scene)
+void CanvasPlots::clearDataMarkers(const DesignScene& scene)
 {
     const QList<TrendPlotWidget*> plots = scene.widgetsOfType<TrendPlotWidget>(false);
     for (TrendPlotWidget* plot : plots)
         plot->clearDataMarkers();
 }
 
-double dominantTrendWindowSeconds(const DesignScene& scene)
+double CanvasPlots::dominantTrendWindowSeconds(const DesignScene& scene)
 {
     int widest = 0;
     const QList<TrendPlotWidget*> plots = scene.widgetsOfType<TrendPlotWidget>(false);
@@ -54,7 +51,7 @@ double dominantTrendWindowSeconds(const DesignScene& scene)
     return (widest > 0 ? std::min(widest, kLargestWindowMs) : kDefaultWindowMs) / 1000.0;
 }
 
-void setExternalTimeEnabled(const DesignScene& scene, bool on)
+void CanvasPlots::setExternalTimeEnabled(const DesignScene& scene, bool on)
 {
     const QList<TrendPlotWidget*> plots = scene.widgetsOfType<TrendPlotWidget>(false);
     for (TrendPlotWidget* plot : plots)
