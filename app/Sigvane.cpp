@@ -1,9 +1,9 @@
 #include "app/Sigvane.h"
 
-#include "app/EventRouting.h"
-#include "app/LicenseStatus.h"
+#include "app/EventRouter.h"
+#include "app/LicenseGate.h"
 #include "app/ProjectFolder.h"
-#include "app/RecordingControl.h"
+#include "app/RecordingController.h"
 #include "app/StartUp.h"
 #include "app/ValueRouter.h"
 #include "app/WidgetPalette.h"
@@ -11,9 +11,9 @@
 #include "app/status/RecordingStatus.h"
 #include "app/status/StatusLine.h"
 #include "app/toolbars/ClickableLabel.h"
-#include "app/toolbars/ControlsToolBar.h"
-#include "app/toolbars/ExportToolBar.h"
-#include "app/toolbars/IoToolBar.h"
+#include "app/toolbars/DesignAndPortToolBar.h"
+#include "app/toolbars/PositionToolBar.h"
+#include "app/toolbars/RecordingToolBar.h"
 #include "app/toolbars/SerialControls.h"
 #include "canvas/CanvasPlots.h"
 #include "canvas/DashboardItem.h"
@@ -21,7 +21,7 @@
 #include "canvas/DesignScene.h"
 #include "canvas/LayoutFile.h"
 #include "canvas/StackingOrder.h"
-#include "playback/CsvExportFlow.h"
+#include "playback/CsvExportController.h"
 #include "playback/PlaybackController.h"
 #include "playback/recording/SignalPlaybackEngine.h"
 #include "playback/recording/SignalRecorder.h"
@@ -36,20 +36,9 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include <utility>
-
 namespace {
 
 constexpr QSize kInitialSize(1440, 900);
-
-PlaybackController::Mode playbackMode(Sigvane::Mode mode)
-{
-    using enum PlaybackController::Mode;
-    return mode == Sigvane::Play     ? Playing
-           : mode == Sigvane::Pause  ? Paused
-           : mode == Sigvane::Record ? Recording
-                                     : Live;
-}
 
 } // namespace
 
@@ -61,15 +50,18 @@ Sigvane::Sigvane(QWidget* parent)
     setWindowIcon(QIcon(QStringLiteral(":/icons/sigvane.png")));
     resize(kInitialSize.boundedTo(screen()->availableSize()));
     setupCanvas();
+    setupToolBars();
+    setupSerialUi();
+    setupLicense();
     setupRecorder();
     setupStatusBar();
-    setupToolBars();
     setupPlayback();
+    setupModes();
     setupProject();
     setupMenus();
-    m_scene->setDesignMode(false);
-    m_palette->setEnabled(false);
-    updateStatusLabel(m_mode);
+    connectSerialSignals();
+    connectActions();
+    m_modes->updateStatusLabel(mode());
     updateStopActionUi();
 }
 
@@ -84,8 +76,9 @@ void Sigvane::setupCanvas()
 {
     m_scene = new DesignScene(this);
     m_router = new ValueRouter(m_scene, &m_definitions, this);
-    m_routing = new EventRouting(m_router, m_scene, this);
+    m_events = new EventRouter(m_router, m_scene, this);
     m_palette = new WidgetPalette(this);
+    m_palette->setEnabled(false);
     connect(m_palette, &WidgetPalette::widgetRequested, this, &Sigvane::addWidget);
 
     auto* central = new QWidget(this);
@@ -99,11 +92,35 @@ void Sigvane::setupCanvas()
     setCentralWidget(central);
 }
 
-void Sigvane::setupRecorder()
+void Sigvane::setupToolBars()
+{
+    m_designBar = new DesignAndPortToolBar(this);
+    addToolBar(m_designBar);
+    addToolBarBreak();
+    m_recordingBar = new RecordingToolBar(this);
+    addToolBar(m_recordingBar);
+    addToolBarBreak();
+    m_positionBar = new PositionToolBar(this);
+    addToolBar(m_positionBar);
+}
+
+void Sigvane::setupSerialUi()
 {
     m_serial = new SerialManager(this);
+    m_serialControls = new SerialControls(m_serial, m_designBar, this);
+    m_serial->refreshPorts();
+}
+
+void Sigvane::setupLicense()
+{
+    m_designBar->addLicenseChip();
+    m_license = new LicenseGate(m_designBar, this);
+}
+
+void Sigvane::setupRecorder()
+{
     m_recorder = new SignalRecorder(this);
-    m_recording = new RecordingControl(m_recorder, m_serial, m_scene, this);
+    m_recording = new RecordingController(m_recorder, m_serial, m_scene, this);
 }
 
 void Sigvane::setupStatusBar()
@@ -111,85 +128,43 @@ void Sigvane::setupStatusBar()
     m_status = new StatusLine(statusBar());
     auto* recording = new RecordingStatus(m_recorder, this);
     statusBar()->addPermanentWidget(recording);
-    connect(m_recording, &RecordingControl::changed, recording, &RecordingStatus::refresh);
-    connect(m_recording, &RecordingControl::statusMessage, m_status, &StatusLine::showMessage);
+    connect(m_recording, &RecordingController::changed, recording, &RecordingStatus::refresh);
+    connect(m_recording, &RecordingController::statusMessage, m_status, &StatusLine::showMessage);
     m_connection = new ConnectionStatus(this);
     statusBar()->addPermanentWidget(m_connection);
-}
-
-void Sigvane::setupToolBars()
-{
-    m_controls = new ControlsToolBar(this);
-    m_export = new ExportToolBar(this);
-    addToolBar(m_controls);
-    addToolBarBreak();
-    addToolBar(m_export);
-    addToolBarBreak();
-    m_io = new IoToolBar(this);
-    addToolBar(m_io);
-
-    connect(m_controls->designAction(), &QAction::triggered, this, &Sigvane::designButton);
-    connect(m_controls->saveAction(), &QAction::triggered, this, &Sigvane::saveButton);
-    connect(m_controls->loadAction(), &QAction::triggered, this, &Sigvane::loadButton);
-    connect(m_export->recordAction(), &QAction::triggered, this, &Sigvane::recordButton);
-    connect(m_export->stopAction(), &QAction::triggered, this, &Sigvane::stopButton);
-    connect(m_export->playAction(), &QAction::triggered, this, &Sigvane::playButton);
-    connect(m_export->exportSignalsAction(), &QAction::triggered, this, &Sigvane::exportButton);
-    connect(m_export->exportEventsAction(), &QAction::triggered, this, &Sigvane::exportEventsButton);
-    connect(m_io->fileLabel(), &ClickableLabel::clicked, this, &Sigvane::selectPlaybackFile);
-
-    setupSerialUi();
-    connectSerialSignals();
-    m_serial->refreshPorts();
-    m_controls->addLicenseChip();
-    m_license = new LicenseStatus(m_controls, this);
-}
-
-void Sigvane::setupSerialUi()
-{
-    m_serialControls = new SerialControls(m_serial, m_controls, this);
     connect(m_serialControls, &SerialControls::opened, m_connection, &ConnectionStatus::showOpened);
     connect(m_serialControls, &SerialControls::closed, m_connection, &ConnectionStatus::showClosed);
     connect(m_serialControls, &SerialControls::lost, m_connection, &ConnectionStatus::showLost);
     connect(m_serialControls, &SerialControls::opened, m_status, &StatusLine::dropNotice);
     connect(m_serialControls, &SerialControls::statusMessage, m_status, &StatusLine::showMessage);
-    connect(m_serialControls, &SerialControls::lost, this, [this] {
-        if (m_recorder->isRecording())
-            setMode(Idle);
-        m_status->showNotice(tr("The device is gone. Press Connect when it is back."));
-    });
-}
-
-void Sigvane::connectSerialSignals()
-{
-    connect(m_serial, &SerialManager::rawLineReceived, this, [this] {
-        m_connection->countLine();
-        m_playback->onLiveLine();
-    });
-    m_routing->connectSerial(m_serial, m_recorder);
-    connect(m_serial, &SerialManager::errorOccurred, this, [this](const QString& message) {
-        m_connection->showError(m_serial->portName(), message, m_serial->lastError());
-    });
 }
 
 void Sigvane::setupPlayback()
 {
     m_engine = new SignalPlaybackEngine(this);
-    m_routing->connectReplay(m_engine);
-    connect(m_routing, &EventRouting::playbackFinished, this, [this] { setMode(Idle); });
-    const PlaybackController::Controls controls{m_io->positionSlider(), m_io->fileLabel(), m_io->timeLabel(),
-                                                m_export->speedBox(), m_export->recordingDefinitionsBox()};
+    m_events->connectReplay(m_engine);
+    const PlaybackController::Controls controls{m_positionBar->positionSlider(), m_positionBar->fileLabel(),
+                                                m_positionBar->timeLabel(), m_recordingBar->speedBox(),
+                                                m_recordingBar->recordingDefinitionsBox()};
     m_playback = new PlaybackController(m_engine, m_scene, &m_definitions, controls, this);
-    connect(m_playback, &PlaybackController::playRequested, this, &Sigvane::playButton);
-    connect(m_playback, &PlaybackController::idleRequested, this, [this] {
-        if (!m_nextMode) // what the user asked for meanwhile counts
-            setMode(Idle);
-    });
-    connect(m_playback, &PlaybackController::reapplyRequested, this,
-            &Sigvane::reapplyMappingsToCurrentValues);
+    connect(m_recording, &RecordingController::recorded, m_playback, &PlaybackController::showRecorded);
+    connect(m_playback, &PlaybackController::reapplyRequested, m_router,
+            &ValueRouter::reapplyMappingsToCurrentValues);
     connect(m_playback, &PlaybackController::statusMessage, m_status, &StatusLine::showMessage);
-    m_csvExport = new CsvExportFlow(&m_definitions, this);
-    connect(m_csvExport, &CsvExportFlow::statusMessage, m_status, &StatusLine::showMessage);
+    m_csvExport = new CsvExportController(&m_definitions, this);
+    connect(m_csvExport, &CsvExportController::statusMessage, m_status, &StatusLine::showMessage);
+}
+
+void Sigvane::setupModes()
+{
+    m_modes = new ModeSwitch({m_scene, &m_definitions, m_router, m_recording, m_engine, m_playback}, this);
+    connect(m_modes, &ModeSwitch::designingChanged, m_palette, &QWidget::setEnabled);
+    connect(m_modes, &ModeSwitch::changingChanged, m_status, &StatusLine::setModeChanging);
+    connect(m_modes, &ModeSwitch::statusChanged, m_status, &StatusLine::showMode);
+    connect(m_modes, &ModeSwitch::modeChanged, this, &Sigvane::updateStopActionUi);
+    connect(m_events, &EventRouter::playbackFinished, this, [this] { setMode(Idle); });
+    connect(m_playback, &PlaybackController::playRequested, this, &Sigvane::playButton);
+    connect(m_playback, &PlaybackController::idleRequested, m_modes, &ModeSwitch::fallBackToIdle);
 }
 
 void Sigvane::setupProject()
@@ -197,6 +172,7 @@ void Sigvane::setupProject()
     m_project = new ProjectFolder(&m_definitions, this);
     connect(&m_definitions, &ActiveDefinitions::projectChanged, this, &Sigvane::onProjectChanged);
     connect(m_project, &ProjectFolder::pathChanged, m_scene, &DesignScene::setProjectFolder);
+    connect(m_project, &ProjectFolder::pathChanged, m_recording, &RecordingController::setProjectFolder);
     connect(m_project, &ProjectFolder::pathChanged, m_playback, &PlaybackController::setProjectFolder);
     connect(m_project, &ProjectFolder::pathChanged, this,
             [this] { m_csvExport->setExportFolder(projFile(QStringLiteral("exports"))); });
@@ -216,147 +192,65 @@ void Sigvane::setupMenus()
     project->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 
     QMenu* license = menuBar()->addMenu(tr("&License"));
-    license->addAction(tr("License &Status…"), Qt::CTRL | Qt::Key_L, m_license, &LicenseStatus::show);
+    license->addAction(tr("License &Status…"), Qt::CTRL | Qt::Key_L, m_license, &LicenseGate::show);
+}
+
+void Sigvane::connectSerialSignals()
+{
+    connect(m_serial, &SerialManager::rawLineReceived, this, [this] {
+        m_connection->countLine();
+        m_playback->onLiveLine();
+    });
+    m_events->connectSerial(m_serial, m_recorder);
+    connect(m_serial, &SerialManager::errorOccurred, this, [this](const QString& message) {
+        m_connection->showError(m_serial->portName(), message, m_serial->lastError());
+    });
+    connect(m_serialControls, &SerialControls::lost, this, &Sigvane::onDeviceLost);
+}
+
+void Sigvane::connectActions()
+{
+    connect(m_designBar->designAction(), &QAction::triggered, this, &Sigvane::designButton);
+    connect(m_designBar->saveAction(), &QAction::triggered, this, &Sigvane::saveButton);
+    connect(m_designBar->loadAction(), &QAction::triggered, this, &Sigvane::loadButton);
+    connect(m_recordingBar->recordAction(), &QAction::triggered, this, &Sigvane::recordButton);
+    connect(m_recordingBar->stopAction(), &QAction::triggered, this, &Sigvane::stopButton);
+    connect(m_recordingBar->playAction(), &QAction::triggered, this, &Sigvane::playButton);
+    connect(m_recordingBar->exportSignalsAction(), &QAction::triggered, this, &Sigvane::exportButton);
+    connect(m_recordingBar->exportEventsAction(), &QAction::triggered, this, &Sigvane::exportEventsButton);
+    connect(m_positionBar->fileLabel(), &ClickableLabel::clicked, this, &Sigvane::selectPlaybackFile);
 }
 
 void Sigvane::setLicenseCheck(LicenseCheck* check) { m_license->setCheck(check); }
 
-// --- Modes -------------------------------------------------------------------------------------------------
-
-void Sigvane::setMode(Mode mode)
+void Sigvane::onDeviceLost()
 {
-    m_engine->cancelLoading(); // a loading runs the event loop, from which this may come
-    if (m_changingMode) {
-        m_nextMode = mode;
-        return;
-    }
-    m_changingMode = true;
-    m_status->setModeChanging(true);
-    changeMode(mode);
-    while (m_nextMode)
-        changeMode(*std::exchange(m_nextMode, std::nullopt));
-    m_changingMode = false;
-    m_status->setModeChanging(false);
+    if (m_recorder->isRecording())
+        setMode(Idle);
+    m_status->showNotice(tr("The device is gone. Press Connect when it is back."));
 }
 
-void Sigvane::changeMode(Mode mode)
+// --- Modes -------------------------------------------------------------------------------------------------
+
+void Sigvane::setMode(Mode mode) { m_modes->setMode(mode); }
+
+void Sigvane::designButton() { setMode(mode() == Design ? Idle : Design); }
+
+void Sigvane::recordButton() { setMode(Record); }
+
+void Sigvane::playButton() { setMode(Play); }
+
+void Sigvane::stopButton()
 {
-    if (mode == m_mode) {
-        updateStatusLabel(mode);
-        return;
-    }
-    leaveMode(m_mode);
-    if (m_nextMode) // the user has thought better of it while the old one was left
-        mode = *std::exchange(m_nextMode, std::nullopt);
-    else if (m_mode == Record && mode == Play && m_engine->wasLoadCancelled())
-        mode = Idle;
-    // A mode that refuses leaves only the old one's number: what it ended stays ended.
-    if (enterMode(mode))
-        m_mode = mode;
-    m_router->setLive(m_mode != Play && m_mode != Pause);
-    m_playback->setMode(playbackMode(m_mode));
-    updateStatusLabel(m_mode);
+    setMode(mode() == Play ? Pause : Idle);
     updateStopActionUi();
 }
 
-void Sigvane::leaveMode(Mode mode)
-{
-    if (mode == Design)
-        exitDesignMode();
-    else if (mode == Play)
-        exitPlayMode();
-    else if (mode == Record)
-        exitRecordMode();
-}
+void Sigvane::updateStopActionUi() { m_recordingBar->showPlaying(mode() == Play); }
 
-bool Sigvane::enterMode(Mode mode)
-{
-    switch (mode) {
-    case Design:
-        enterDesignMode();
-        return true;
-    case Idle:
-        enterIdleMode();
-        return true;
-    case Record:
-        return enterRecordMode();
-    case Play:
-        enterPlayMode();
-        return true;
-    case Pause:
-        break;
-    }
-    return true;
-}
+bool Sigvane::startRecording() { return m_recording->start(); }
 
-void Sigvane::enterDesignMode()
-{
-    qDebug("Design mode started");
-    m_palette->setEnabled(true);
-    m_scene->setDesignMode(true);
-    m_definitions.discardRecording();
-}
-
-void Sigvane::exitDesignMode()
-{
-    qDebug("Design mode ended");
-    m_palette->setEnabled(false);
-    m_scene->setDesignMode(false);
-    CanvasPlots::setExternalTimeEnabled(*m_scene, false);
-}
-
-bool Sigvane::enterRecordMode()
-{
-    m_playback->enterRecord();
-    if (m_recorder->isRecording() || !startRecording())
-        return false;
-    qDebug("Record mode started");
-    CanvasPlots::setExternalTimeEnabled(*m_scene, false);
-    clearErrorConsoles();
-    return true;
-}
-
-void Sigvane::exitRecordMode()
-{
-    stopRecording(true);
-    qDebug("Record mode ended");
-}
-
-bool Sigvane::startRecording() { return m_recording->start(projectDir()); }
-
-void Sigvane::stopRecording(bool reloadForPlayback)
-{
-    const QString path = m_recording->stop();
-    if (reloadForPlayback && !path.isEmpty())
-        m_playback->showRecorded(path);
-}
-
-// The mode becomes Play also without a recording, after the box that says so.
-void Sigvane::enterPlayMode()
-{
-    qDebug("Play mode started");
-    m_playback->enterPlay();
-}
-
-void Sigvane::exitPlayMode()
-{
-    qDebug("Play mode ended");
-    m_playback->leavePlay();
-}
-
-void Sigvane::enterIdleMode()
-{
-    qDebug("Idle mode started");
-    m_playback->enterIdle();
-    clearData();
-}
-
-void Sigvane::updateStatusLabel(Mode mode)
-{
-    const QString texts[] = {tr("Design Mode"), tr("Recording..."), tr("Playing..."), tr("Pause..."),
-                             tr("Idle")};
-    m_status->showMode(texts[mode]);
-}
+void Sigvane::stopRecording(bool reloadForPlayback) { m_recording->stop(reloadForPlayback); }
 
 // Menus send an empty status tip when they open and close, which would wipe the status bar.
 bool Sigvane::event(QEvent* event) { return event->type() == QEvent::StatusTip || QMainWindow::event(event); }
@@ -367,20 +261,6 @@ void Sigvane::closeEvent(QCloseEvent* event)
     m_csvExport->cancel();
     stopRecording(false);
     QMainWindow::closeEvent(event);
-}
-
-void Sigvane::updateStopActionUi() { m_export->showPlaying(m_mode == Play); }
-
-void Sigvane::designButton() { setMode(m_mode == Design ? Idle : Design); }
-
-void Sigvane::recordButton() { setMode(Record); }
-
-void Sigvane::playButton() { setMode(Play); }
-
-void Sigvane::stopButton()
-{
-    setMode(m_mode == Play ? Pause : Idle);
-    updateStopActionUi();
 }
 
 // --- Layouts and widgets -----------------------------------------------------------------------------------
@@ -414,7 +294,7 @@ void Sigvane::addWidget(const QString& typeName)
     if (!m_license->allowsWidget(int(m_scene->dashboardItems().size())))
         return;
     if (DashboardItem* item = m_scene->addNewWidget(typeName))
-        item->setDesignMode(m_mode == Design);
+        item->setDesignMode(mode() == Design);
 }
 
 // --- Values ------------------------------------------------------------------------------------------------

@@ -1,24 +1,23 @@
 #pragma once
 
+#include "app/ModeSwitch.h"
 #include "definitions/ActiveDefinitions.h"
 
 #include <QMainWindow>
 
-#include <optional>
-
 class ConnectionStatus;
-class ControlsToolBar;
-class CsvExportFlow;
+class DesignAndPortToolBar;
+class CsvExportController;
 class DesignScene;
-class EventRouting;
-class ExportToolBar;
-class IoToolBar;
+class EventRouter;
+class RecordingToolBar;
+class PositionToolBar;
 class LicenseCheck;
-class LicenseStatus;
+class LicenseGate;
 class PlaybackController;
 class ProjectFolder;
 class QGraphicsScene;
-class RecordingControl;
+class RecordingController;
 class SerialControls;
 class SerialManager;
 class SignalPlaybackEngine;
@@ -28,15 +27,15 @@ class ValueRouter;
 class WidgetPalette;
 struct CommandLine;
 
-// The program's window: toolbars, widget palette and canvas, and the mode that decides whether the user
-// arranges the dashboard or watches it. It puts the parts together and forwards; the work is done by them.
+// The program's window: toolbars, widget palette, canvas and status bar. It puts the parts together and
+// forwards what belongs to it by name; the work is done by them, the modes are changed by ModeSwitch.
 class Sigvane : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    enum Mode { Design = 0, Record = 1, Play = 2, Pause = 3, Idle = 4 };
-    Q_ENUM(Mode)
+    using Mode = ModeSwitch::Mode;
+    using enum ModeSwitch::Mode;
 
     explicit Sigvane(QWidget* parent = nullptr);
     ~Sigvane() override;
@@ -47,7 +46,7 @@ public:
     /// asked for one. What cannot be used is reported in the status bar and on standard error.
     void startWith(const CommandLine& wanted);
 
-    Mode mode() const { return m_mode; }
+    Mode mode() const { return m_modes->mode(); }
     DesignScene* scene() const { return m_scene; }
     SerialManager* serial() const { return m_serial; }
     ValueRouter* router() const { return m_router; }
@@ -81,9 +80,7 @@ public:
     void stopRecording(bool reloadForPlayback);
 
 public Q_SLOTS:
-    /// Leaves the mode first and then tries to enter the new one, which may refuse: the old one has been left
-    /// by then, and only its number stays. A loading that is under way ends. Asked while another change
-    /// is under way (from a box or a loading), it follows when that is done.
+    /// See ModeSwitch::setMode().
     void setMode(Sigvane::Mode mode);
     void designButton();
     void recordButton();
@@ -111,52 +108,43 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void setupToolBars();
-    void setupSerialUi();
+    // In the order in which the parts come into being.
     void setupCanvas();
+    void setupToolBars();
     void setupStatusBar();
+    void setupSerialUi();
+    void setupLicense();
     void setupRecorder();
     void setupPlayback();
+    void setupModes();
     void setupProject();
     void setupMenus();
     void connectSerialSignals();
+    void connectActions();
 
-    void changeMode(Mode mode);
-    void leaveMode(Mode mode);
-    [[nodiscard]] bool enterMode(Mode mode);
-    void enterDesignMode();
-    void exitDesignMode();
-    [[nodiscard]] bool enterRecordMode();
-    void exitRecordMode();
-    void enterPlayMode();
-    void exitPlayMode();
-    void enterIdleMode();
-    void updateStatusLabel(Mode mode);
+    void onDeviceLost();
     void updateStopActionUi();
-
     void onProjectChanged();
     QString layoutsDir() const;
 
     ActiveDefinitions m_definitions;
-    Mode m_mode = Idle;
-    bool m_changingMode = false;
-    std::optional<Mode> m_nextMode; ///< asked for during a change
-    SerialManager* m_serial = nullptr;
-    SerialControls* m_serialControls = nullptr;
-    ControlsToolBar* m_controls = nullptr;
-    ExportToolBar* m_export = nullptr;
-    IoToolBar* m_io = nullptr;
-    SignalRecorder* m_recorder = nullptr;
-    RecordingControl* m_recording = nullptr;
-    SignalPlaybackEngine* m_engine = nullptr;
-    PlaybackController* m_playback = nullptr;
-    CsvExportFlow* m_csvExport = nullptr;
-    WidgetPalette* m_palette = nullptr;
     DesignScene* m_scene = nullptr;
     ValueRouter* m_router = nullptr;
-    EventRouting* m_routing = nullptr;
-    ProjectFolder* m_project = nullptr;
-    ConnectionStatus* m_connection = nullptr;
-    LicenseStatus* m_license = nullptr;
+    EventRouter* m_events = nullptr;
+    WidgetPalette* m_palette = nullptr;
+    DesignAndPortToolBar* m_designBar = nullptr;
+    RecordingToolBar* m_recordingBar = nullptr;
+    PositionToolBar* m_positionBar = nullptr;
     StatusLine* m_status = nullptr;
+    ConnectionStatus* m_connection = nullptr;
+    SerialManager* m_serial = nullptr;
+    SerialControls* m_serialControls = nullptr;
+    LicenseGate* m_license = nullptr;
+    SignalRecorder* m_recorder = nullptr;
+    RecordingController* m_recording = nullptr;
+    SignalPlaybackEngine* m_engine = nullptr;
+    PlaybackController* m_playback = nullptr;
+    CsvExportController* m_csvExport = nullptr;
+    ModeSwitch* m_modes = nullptr;
+    ProjectFolder* m_project = nullptr;
 };

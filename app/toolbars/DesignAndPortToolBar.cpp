@@ -1,9 +1,9 @@
-#include "app/toolbars/ControlsToolBar.h"
+#include "app/toolbars/DesignAndPortToolBar.h"
 
 #include <QAction>
 #include <QLabel>
 
-ControlsToolBar::ControlsToolBar(QWidget* parent)
+DesignAndPortToolBar::DesignAndPortToolBar(QWidget* parent)
     : CompactToolBar(tr("Controls"), QStringLiteral("tb_controls"), parent)
 {
     addSpacer(10);
@@ -20,7 +20,7 @@ ControlsToolBar::ControlsToolBar(QWidget* parent)
     setupLicenseChip();
 }
 
-void ControlsToolBar::setupLicenseChip()
+void DesignAndPortToolBar::setupLicenseChip()
 {
     m_licenseChip = new QLabel(tr("Unknown license status"), this);
     m_licenseChip->setObjectName(QStringLiteral("licenseChip"));
@@ -31,7 +31,7 @@ void ControlsToolBar::setupLicenseChip()
     m_licenseChip->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-void ControlsToolBar::addLicenseChip()
+void DesignAndPortToolBar::addLicenseChip()
 {
     addSeparator();
     addExpandingSpacer();
@@ -39,4 +39,4 @@ void ControlsToolBar::addLicenseChip()
     addSpacer(10);
 }
 
-void ControlsToolBar::setLicenseText(const QString& text) { m_licenseChip->setText(text); }
+void DesignAndPortToolBar::setLicenseText(const QString& text) { m_licenseChip->setText(text); }

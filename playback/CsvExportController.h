@@ -14,13 +14,13 @@ class QWidget;
 
 // Exports the loaded recording as CSV: asks what and where to, shows progress, and leaves either a whole file
 // or everything as it was. The window asks the licence before and sees to it that a recording is loaded.
-class CsvExportFlow : public QObject
+class CsvExportController : public QObject
 {
     Q_OBJECT
 
 public:
     /// dialogParent is the window above which dialogs appear; nothing is owned.
-    CsvExportFlow(const ActiveDefinitions* definitions, QWidget* dialogParent);
+    CsvExportController(const ActiveDefinitions* definitions, QWidget* dialogParent);
 
     /// The folder that the save dialogs begin in, made when needed. Empty without a project.
     void setExportFolder(const QString& dir) { m_folder = dir; }

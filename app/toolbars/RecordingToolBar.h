@@ -8,12 +8,12 @@ class QCheckBox;
 class QDoubleSpinBox;
 
 // The second toolbar: recording, replay and export.
-class ExportToolBar : public CompactToolBar
+class RecordingToolBar : public CompactToolBar
 {
     Q_OBJECT
 
 public:
-    explicit ExportToolBar(QWidget* parent);
+    explicit RecordingToolBar(QWidget* parent);
 
     QAction* recordAction() const { return m_record; }
     QAction* stopAction() const { return m_stop; }

@@ -7,12 +7,12 @@ class QLabel;
 class QSlider;
 
 // The third toolbar: the chosen recording and the position in it.
-class IoToolBar : public CompactToolBar
+class PositionToolBar : public CompactToolBar
 {
     Q_OBJECT
 
 public:
-    explicit IoToolBar(QWidget* parent);
+    explicit PositionToolBar(QWidget* parent);
 
     ClickableLabel* fileLabel() const { return m_fileLabel; }
     QSlider* positionSlider() const { return m_position; }

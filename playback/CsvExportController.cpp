@@ -1,4 +1,4 @@
-#include "playback/CsvExportFlow.h"
+#include "playback/CsvExportController.h"
 
 #include "definitions/ActiveDefinitions.h"
 #include "playback/ExportCsvDialog.h"
@@ -21,13 +21,13 @@ QString fileName(const QString& path) { return QFileInfo(path).fileName(); }
 
 } // namespace
 
-CsvExportFlow::CsvExportFlow(const ActiveDefinitions* definitions, QWidget* dialogParent)
+CsvExportController::CsvExportController(const ActiveDefinitions* definitions, QWidget* dialogParent)
     : QObject(dialogParent)
     , m_definitions(definitions)
     , m_dialogParent(dialogParent)
 {}
 
-void CsvExportFlow::exportSignals(std::shared_ptr<const SignalRecording> recording)
+void CsvExportController::exportSignals(std::shared_ptr<const SignalRecording> recording)
 {
     if (m_running || !recording)
         return;
@@ -36,7 +36,7 @@ void CsvExportFlow::exportSignals(std::shared_ptr<const SignalRecording> recordi
     exportChosenSignals(*recording);
 }
 
-void CsvExportFlow::exportChosenSignals(const SignalRecording& recording)
+void CsvExportController::exportChosenSignals(const SignalRecording& recording)
 {
     const QString title = tr("Export CSV");
     QStringList keys = recording.keys();
@@ -68,7 +68,7 @@ void CsvExportFlow::exportChosenSignals(const SignalRecording& recording)
                         .arg(sampleHz));
 }
 
-void CsvExportFlow::exportEvents(std::shared_ptr<const SignalRecording> recording)
+void CsvExportController::exportEvents(std::shared_ptr<const SignalRecording> recording)
 {
     if (m_running || !recording)
         return;
@@ -84,7 +84,7 @@ void CsvExportFlow::exportEvents(std::shared_ptr<const SignalRecording> recordin
         Q_EMIT statusMessage(tr("Events CSV exported → %1").arg(fileName(path)), kMessageMs);
 }
 
-QString CsvExportFlow::askForFile(const QString& defaultName) const
+QString CsvExportController::askForFile(const QString& defaultName) const
 {
     if (!m_folder.isEmpty())
         QDir().mkpath(m_folder);
@@ -97,7 +97,7 @@ QString CsvExportFlow::askForFile(const QString& defaultName) const
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
-CsvResult CsvExportFlow::writeFile(const QString& path, const QString& title, const Writer& writer) const
+CsvResult CsvExportController::writeFile(const QString& path, const QString& title, const Writer& writer) const
 {
     const QFileInfo existing(path);
     // Without its fallback to writing in place: what is there must survive a cancelled export.
@@ -115,7 +115,7 @@ CsvResult CsvExportFlow::writeFile(const QString& path, const QString& title, co
     return result;
 }
 
-CsvResult CsvExportFlow::writeRows(QSaveFile& file, const QString& title, const Writer& writer) const
+CsvResult CsvExportController::writeRows(QSaveFile& file, const QString& title, const Writer& writer) const
 {
     WorkProgress progress(title, tr("Exporting %1…").arg(fileName(file.fileName())), m_dialogParent);
     CsvResult result =

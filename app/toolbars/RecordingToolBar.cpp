@@ -1,4 +1,4 @@
-#include "app/toolbars/ExportToolBar.h"
+#include "app/toolbars/RecordingToolBar.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -7,7 +7,7 @@
 #include <QLabel>
 #include <QToolButton>
 
-ExportToolBar::ExportToolBar(QWidget* parent)
+RecordingToolBar::RecordingToolBar(QWidget* parent)
     : CompactToolBar(tr("Export"), QStringLiteral("tb_export"), parent)
     , m_stopIcon(QStringLiteral(":/icons/stop.png"))
     , m_pauseIcon(QStringLiteral(":/icons/pause.png"))
@@ -23,7 +23,7 @@ ExportToolBar::ExportToolBar(QWidget* parent)
     addWidget(m_useRecordingDefinitions);
 }
 
-void ExportToolBar::setupPlayback()
+void RecordingToolBar::setupPlayback()
 {
     m_record = addIconAction(QStringLiteral(":/icons/record.png"), tr("Record"),
                              tr("Record what the device prints (Ctrl+Shift+R)"));
@@ -46,7 +46,7 @@ void ExportToolBar::setupPlayback()
     addWidget(m_speed);
 }
 
-void ExportToolBar::setupExport()
+void RecordingToolBar::setupExport()
 {
     auto* box = new QWidget(this);
     auto* layout = new QHBoxLayout(box);
@@ -68,7 +68,7 @@ void ExportToolBar::setupExport()
     addWidget(box);
 }
 
-void ExportToolBar::showPlaying(bool playing)
+void RecordingToolBar::showPlaying(bool playing)
 {
     m_stop->setIcon(playing ? m_pauseIcon : m_stopIcon);
     m_stop->setText(playing ? tr("Pause") : tr("Stop"));

@@ -1,4 +1,4 @@
-#include "app/EventRouting.h"
+#include "app/EventRouter.h"
 
 #include "app/ValueRouter.h"
 #include "canvas/CanvasPlots.h"
@@ -6,7 +6,7 @@
 #include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
 
-EventRouting::EventRouting(ValueRouter* router, const DesignScene* scene, QObject* parent)
+EventRouter::EventRouter(ValueRouter* router, const DesignScene* scene, QObject* parent)
     : QObject(parent)
     , m_router(router)
     , m_scene(scene)
@@ -14,7 +14,7 @@ EventRouting::EventRouting(ValueRouter* router, const DesignScene* scene, QObjec
 
 // States, errors and messages of a device are shown in a replay too; only its values keep out of it. Router
 // and recorder share a connection each, as a device may flood.
-void EventRouting::connectSerial(SerialManager* serial, SignalRecorder* recorder)
+void EventRouter::connectSerial(SerialManager* serial, SignalRecorder* recorder)
 {
     connect(serial, &SerialManager::lineParsed, this,
             [this, recorder](double t, const QMap<QString, double>& values) {
@@ -37,19 +37,19 @@ void EventRouting::connectSerial(SerialManager* serial, SignalRecorder* recorder
             });
 }
 
-void EventRouting::connectReplay(SignalPlaybackEngine* engine)
+void EventRouter::connectReplay(SignalPlaybackEngine* engine)
 {
     using Engine = SignalPlaybackEngine;
     m_engine = engine;
     connect(engine, &Engine::signalValuesUpdated, this,
             [this](const QMap<QString, double>& values) { m_router->routeLiveValues(values); });
-    connect(engine, &Engine::signalValuesUpdatedAt, this, &EventRouting::onPlaybackValuesAt);
-    connect(engine, &Engine::stateEvent, this, &EventRouting::onPlaybackStateEvent, Qt::UniqueConnection);
-    connect(engine, &Engine::errorEvent, this, &EventRouting::onPlaybackErrorEvent, Qt::UniqueConnection);
-    connect(engine, &Engine::errorReset, this, &EventRouting::onPlaybackErrorReset, Qt::UniqueConnection);
-    connect(engine, &Engine::messageEvent, this, &EventRouting::onPlaybackMessageEvent, Qt::UniqueConnection);
-    connect(engine, &Engine::messageReset, this, &EventRouting::onPlaybackMessageReset, Qt::UniqueConnection);
-    connect(engine, &Engine::playbackFinished, this, &EventRouting::playbackFinished);
+    connect(engine, &Engine::signalValuesUpdatedAt, this, &EventRouter::onPlaybackValuesAt);
+    connect(engine, &Engine::stateEvent, this, &EventRouter::onPlaybackStateEvent, Qt::UniqueConnection);
+    connect(engine, &Engine::errorEvent, this, &EventRouter::onPlaybackErrorEvent, Qt::UniqueConnection);
+    connect(engine, &Engine::errorReset, this, &EventRouter::onPlaybackErrorReset, Qt::UniqueConnection);
+    connect(engine, &Engine::messageEvent, this, &EventRouter::onPlaybackMessageEvent, Qt::UniqueConnection);
+    connect(engine, &Engine::messageReset, this, &EventRouter::onPlaybackMessageReset, Qt::UniqueConnection);
+    connect(engine, &Engine::playbackFinished, this, &EventRouter::playbackFinished);
     connect(engine, &Engine::dataReset, this, [this] { CanvasPlots::reset(*m_scene); });
     // The second time on purpose: onPlaybackValuesAt() has put the trend plots on the replay's time by now.
     // In a replay that starts from Idle they would else be given first points stamped by the clock.
@@ -58,21 +58,21 @@ void EventRouting::connectReplay(SignalPlaybackEngine* engine)
         [this](double t, const QMap<QString, double>& values) { m_router->routeReplayedValues(t, values); });
 }
 
-void EventRouting::onPlaybackValuesAt(double t, const QMap<QString, double>& values)
+void EventRouter::onPlaybackValuesAt(double t, const QMap<QString, double>& values)
 {
     if (sender() == m_engine)
         m_router->routeReplayedTrends(t, values);
 }
 
-void EventRouting::onPlaybackStateEvent(double, const QString& group, const QString& state)
+void EventRouter::onPlaybackStateEvent(double, const QString& group, const QString& state)
 {
     m_router->routeState(group, state);
 }
 
-void EventRouting::onPlaybackErrorEvent(double t, const QString& id) { m_router->routeError(t, id); }
+void EventRouter::onPlaybackErrorEvent(double t, const QString& id) { m_router->routeError(t, id); }
 
-void EventRouting::onPlaybackErrorReset() { m_router->clearErrorConsoles(); }
+void EventRouter::onPlaybackErrorReset() { m_router->clearErrorConsoles(); }
 
-void EventRouting::onPlaybackMessageEvent(double t, const QString& text) { m_router->routeMessage(t, text); }
+void EventRouter::onPlaybackMessageEvent(double t, const QString& text) { m_router->routeMessage(t, text); }
 
-void EventRouting::onPlaybackMessageReset() { m_router->clearMessageConsoles(); }
+void EventRouter::onPlaybackMessageReset() { m_router->clearMessageConsoles(); }

@@ -6,12 +6,12 @@ class QLabel;
 
 // The first toolbar: designing, layouts, the serial controls and the licence chip. The window builds it left
 // to right and connects the actions.
-class ControlsToolBar : public CompactToolBar
+class DesignAndPortToolBar : public CompactToolBar
 {
     Q_OBJECT
 
 public:
-    explicit ControlsToolBar(QWidget* parent);
+    explicit DesignAndPortToolBar(QWidget* parent);
 
     QAction* designAction() const { return m_design; }
     QAction* saveAction() const { return m_save; }

@@ -1,4 +1,4 @@
-#include "app/toolbars/IoToolBar.h"
+#include "app/toolbars/PositionToolBar.h"
 
 #include "app/toolbars/ClickableLabel.h"
 #include "app/toolbars/PositionSlider.h"
@@ -6,7 +6,7 @@
 
 #include <QLabel>
 
-IoToolBar::IoToolBar(QWidget* parent)
+PositionToolBar::PositionToolBar(QWidget* parent)
     : CompactToolBar(tr("I/O"), QStringLiteral("tb_io"), parent)
 {
     addSpacer(20);

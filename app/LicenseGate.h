@@ -4,19 +4,19 @@
 #include <QPointer>
 #include <QString>
 
-class ControlsToolBar;
+class DesignAndPortToolBar;
 class LicenseCheck;
 class QWidget;
 
 // What the window knows and shows of the licence: yes or no, the chip on the toolbar, and a box with the same
 // text.
-class LicenseStatus : public QObject
+class LicenseGate : public QObject
 {
     Q_OBJECT
 
 public:
     /// Nothing is owned; dialogParent is the window above which the box appears.
-    LicenseStatus(ControlsToolBar* chip, QWidget* dialogParent);
+    LicenseGate(DesignAndPortToolBar* chip, QWidget* dialogParent);
 
     /// The check that is asked from now on, not owned; without one the program counts as unlicensed.
     void setCheck(LicenseCheck* check);
@@ -31,7 +31,7 @@ private:
     QString text() const;
     void refreshChip();
 
-    ControlsToolBar* m_chip;
+    DesignAndPortToolBar* m_chip;
     QWidget* m_dialogParent;
     QPointer<LicenseCheck> m_check;
 };

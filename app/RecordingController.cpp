@@ -1,4 +1,4 @@
-#include "app/RecordingControl.h"
+#include "app/RecordingController.h"
 
 #include "canvas/CanvasPlots.h"
 #include "playback/recording/SignalRecorder.h"
@@ -16,8 +16,8 @@ constexpr int kProblemMessageMs = 5000;
 
 } // namespace
 
-RecordingControl::RecordingControl(SignalRecorder* recorder, const SerialManager* serial,
-                                   const DesignScene* scene, QWidget* dialogParent)
+RecordingController::RecordingController(SignalRecorder* recorder, const SerialManager* serial,
+                                         const DesignScene* scene, QWidget* dialogParent)
     : QObject(dialogParent)
     , m_recorder(recorder)
     , m_serial(serial)
@@ -25,16 +25,19 @@ RecordingControl::RecordingControl(SignalRecorder* recorder, const SerialManager
     , m_dialogParent(dialogParent)
 {}
 
-bool RecordingControl::start(const QString& projectDir)
+bool RecordingController::start()
 {
+    if (m_recorder->isRecording())
+        return false;
     if (!m_serial->isOpen()) {
         QMessageBox::warning(m_dialogParent, tr("Serial"), tr("Open a serial port before recording."));
         return false;
     }
     CanvasPlots::clearDataMarkers(*m_scene);
     // Without a project there is no place to record to.
-    const QDir project(projectDir);
-    const QString folder = projectDir.isEmpty() ? QString() : project.filePath(QStringLiteral("recordings"));
+    const QDir project(m_projectFolder);
+    const QString folder =
+        m_projectFolder.isEmpty() ? QString() : project.filePath(QStringLiteral("recordings"));
     const QString definitions = project.filePath(QStringLiteral("dashboard_signals.def"));
     if (!m_recorder->start(folder, definitions, QDateTime::currentDateTime())) {
         QMessageBox::warning(m_dialogParent, tr("Record"), tr("Could not open file for writing."));
@@ -46,12 +49,13 @@ bool RecordingControl::start(const QString& projectDir)
     return true;
 }
 
-QString RecordingControl::stop()
+void RecordingController::stop(bool toReplay)
 {
     if (!m_recorder->isRecording())
-        return {};
+        return;
     m_recorder->stop();
     Q_EMIT changed();
     Q_EMIT statusMessage(tr("Recording stopped."), kStoppedMessageMs);
-    return m_recorder->path();
+    if (toReplay)
+        Q_EMIT recorded(m_recorder->path());
 }

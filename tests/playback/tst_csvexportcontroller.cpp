@@ -1,5 +1,5 @@
 #include "definitions/ActiveDefinitions.h"
-#include "playback/CsvExportFlow.h"
+#include "playback/CsvExportController.h"
 #include "playback/recording/SignalRecording.h"
 #include "support/ModalAnswer.h"
 #include "support/SmallDisk.h"
@@ -16,11 +16,11 @@
 
 using namespace Qt::StringLiterals;
 
-class TestCsvExportFlow : public QObject
+class TestCsvExportController : public QObject
 {
     Q_OBJECT
     ActiveDefinitions definitions;
-    CsvExportFlow flow{&definitions, nullptr};
+    CsvExportController flow{&definitions, nullptr};
     QString lastText;
 
     /// Exports all signals of two frames at 1000 Hz; what the file holds afterwards that was there before.
@@ -73,5 +73,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestCsvExportFlow)
-#include "tst_csvexportflow.moc"
+QTEST_MAIN(TestCsvExportController)
+#include "tst_csvexportcontroller.moc"

@@ -12,12 +12,12 @@ class ValueRouter;
 
 // Connects what speaks (the serial port, a replay) to what listens (the router, the recorder, the plots), in
 // the order in which they must hear it. It owns none of them and decides nothing.
-class EventRouting : public QObject
+class EventRouter : public QObject
 {
     Q_OBJECT
 
 public:
-    EventRouting(ValueRouter* router, const DesignScene* scene, QObject* parent);
+    EventRouter(ValueRouter* router, const DesignScene* scene, QObject* parent);
 
     void connectSerial(SerialManager* serial, SignalRecorder* recorder);
     void connectReplay(SignalPlaybackEngine* engine);
