@@ -49,7 +49,7 @@ double bounded(const QJsonValue& number, double limit)
 } // namespace
 
 DashboardItem::DashboardItem(DashboardWidget* widget, QGraphicsItem* parent)
-    : QGraphicsItem(parent)
+    : QGraphicsObject(parent)
     , m_widget(widget)
 {
     setFlags(ItemIsMovable | ItemIsSelectable);
@@ -175,7 +175,7 @@ void DashboardItem::requestDelete()
 
 void DashboardItem::destroyLater()
 {
-    QTimer::singleShot(0, &m_lifetime, [this] { delete this; });
+    QTimer::singleShot(0, this, [this] { delete this; });
 }
 
 QJsonObject DashboardItem::toJson() const
@@ -243,20 +243,20 @@ QVariant DashboardItem::itemChange(GraphicsItemChange change, const QVariant& va
     default:
         break;
     }
-    return QGraphicsItem::itemChange(change, value);
+    return QGraphicsObject::itemChange(change, value);
 }
 
 void DashboardItem::followWidget()
 {
-    QObject::disconnect(m_assignmentConnection);
-    QObject::disconnect(m_destroyedConnection);
+    disconnect(m_assignmentConnection);
+    disconnect(m_destroyedConnection);
     auto* designScene = qobject_cast<DesignScene*>(scene());
     if (!designScene || !m_widget)
         return;
-    m_assignmentConnection = QObject::connect(m_widget, &DashboardWidget::assignmentChanged, designScene,
-                                              &DesignScene::noteAssignmentsChanged);
+    m_assignmentConnection = connect(m_widget, &DashboardWidget::assignmentChanged, designScene,
+                                     &DesignScene::noteAssignmentsChanged);
     m_destroyedConnection =
-        QObject::connect(m_widget, &QObject::destroyed, designScene, &DesignScene::noteItemsChanged);
+        connect(m_widget, &QObject::destroyed, designScene, &DesignScene::noteItemsChanged);
     if (auto* aware = dynamic_cast<ProjectFolderAware*>(m_widget.data()))
         aware->setProjectFolder(designScene->projectFolder());
 }
@@ -319,7 +319,7 @@ void DashboardItem::hoverMoveEvent(QGraphicsSceneHoverEvent* event)
 void DashboardItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
 {
     if (!m_designMode || event->button() != Qt::LeftButton) {
-        QGraphicsItem::mousePressEvent(event);
+        QGraphicsObject::mousePressEvent(event);
         return;
     }
     endPointerAction();
@@ -339,14 +339,14 @@ void DashboardItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
         setPos(std::clamp(snapped(target.x()), -kMaxPosition, kMaxPosition),
                std::clamp(snapped(target.y()), -kMaxPosition, kMaxPosition));
     } else {
-        QGraphicsItem::mouseMoveEvent(event);
+        QGraphicsObject::mouseMoveEvent(event);
     }
 }
 
 void DashboardItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
 {
     if (!m_designMode) {
-        QGraphicsItem::mouseReleaseEvent(event);
+        QGraphicsObject::mouseReleaseEvent(event);
         return;
     }
     endPointerAction();
@@ -375,7 +375,7 @@ bool DashboardItem::sceneEvent(QEvent* event)
 {
     if (event->type() == QEvent::UngrabMouse)
         endPointerAction();
-    return QGraphicsItem::sceneEvent(event);
+    return QGraphicsObject::sceneEvent(event);
 }
 
 void DashboardItem::setPointerCursor(Qt::CursorShape shape)
@@ -387,7 +387,7 @@ void DashboardItem::setPointerCursor(Qt::CursorShape shape)
 void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
 {
     if (!m_designMode || !m_widget) {
-        QGraphicsItem::contextMenuEvent(event);
+        QGraphicsObject::contextMenuEvent(event);
         return;
     }
     event->accept();
@@ -405,15 +405,15 @@ void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
 void DashboardItem::runContextMenu(const QPoint& screenPos)
 {
     QMenu menu;
-    const QAction* configure = menu.addAction(QObject::tr("Configure Widget..."));
+    const QAction* configure = menu.addAction(tr("Configure Widget..."));
     const std::pair<const QAction*, StackingMove> moves[] = {
-        {menu.addAction(QObject::tr("Bring to Front")), StackingMove::BringToFront},
-        {menu.addAction(QObject::tr("Send to Back")), StackingMove::SendToBack},
-        {menu.addAction(QObject::tr("Bring Forward")), StackingMove::BringForward},
-        {menu.addAction(QObject::tr("Send Backward")), StackingMove::SendBackward},
+        {menu.addAction(tr("Bring to Front")), StackingMove::BringToFront},
+        {menu.addAction(tr("Send to Back")), StackingMove::SendToBack},
+        {menu.addAction(tr("Bring Forward")), StackingMove::BringForward},
+        {menu.addAction(tr("Send Backward")), StackingMove::SendBackward},
     };
     menu.addSeparator();
-    const QAction* remove = menu.addAction(QObject::tr("Delete"));
+    const QAction* remove = menu.addAction(tr("Delete"));
 
     const QAction* chosen = menu.exec(screenPos);
     if (!chosen || m_deleteRequested || !m_widget)
@@ -439,8 +439,8 @@ void DashboardItem::configureWidget()
 
 void DashboardItem::confirmDelete()
 {
-    const auto answer = QMessageBox::question(nullptr, QObject::tr("Delete Widget"),
-                                              QObject::tr("Are you sure you want to delete this widget?"),
+    const auto answer = QMessageBox::question(nullptr, tr("Delete Widget"),
+                                              tr("Are you sure you want to delete this widget?"),
                                               QMessageBox::Yes | QMessageBox::No);
     if (answer == QMessageBox::Yes)
         requestDelete();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QGraphicsItem>
+#include <QGraphicsObject>
 #include <QJsonObject>
 #include <QPointer>
 
@@ -11,8 +11,10 @@ class QGraphicsRectItem;
 // One widget on the canvas, embedded through a proxy that owns it. In design mode the item takes the mouse:
 // it can be dragged on the grid, resized by its corner, restacked, configured and deleted. Otherwise it is
 // inert and the widget gets every event itself.
-class DashboardItem : public QGraphicsItem
+class DashboardItem : public QGraphicsObject
 {
+    Q_OBJECT
+
 public:
     /// Takes the widget over, which must not be null.
     explicit DashboardItem(DashboardWidget* widget, QGraphicsItem* parent = nullptr);
@@ -77,7 +79,6 @@ private:
     QPointF m_pressPos;
     QSizeF m_size{-1, -1};
     QPointer<DashboardWidget> m_widget;
-    QObject m_lifetime; ///< what is to happen later does not when the item is gone by then
     QMetaObject::Connection m_assignmentConnection;
     QMetaObject::Connection m_destroyedConnection;
 };
