@@ -1,14 +1,14 @@
 #include "canvas/DashboardItem.h"
 
 #include "canvas/DesignScene.h"
-#include "canvas/StackingOrder.h"
+#include "canvas/ItemMenu.h"
 #include "definitions/numbers/FileNumbers.h"
 #include "widgets/DashboardWidget.h"
-#include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/DashboardWidgetFactory.h"
 #include "widgets/ProjectFolderAware.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsRectItem>
 #include <QGraphicsSceneContextMenuEvent>
@@ -16,11 +16,10 @@
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QJsonArray>
-#include <QMenu>
-#include <QMessageBox>
 #include <QPainter>
 #include <QTimer>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -396,52 +395,8 @@ void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
         return;
     // Menu and dialogs run their own event loops; whoever deletes the item from there must wait for the end.
     m_inMenu = true;
-    runContextMenu(event->screenPos());
+    ItemMenu(*this).exec(event->screenPos());
     m_inMenu = false;
     if (m_deleteRequested)
         destroyLater();
-}
-
-void DashboardItem::runContextMenu(const QPoint& screenPos)
-{
-    QMenu menu;
-    const QAction* configure = menu.addAction(tr("Configure Widget..."));
-    const std::pair<const QAction*, StackingMove> moves[] = {
-        {menu.addAction(tr("Bring to Front")), StackingMove::BringToFront},
-        {menu.addAction(tr("Send to Back")), StackingMove::SendToBack},
-        {menu.addAction(tr("Bring Forward")), StackingMove::BringForward},
-        {menu.addAction(tr("Send Backward")), StackingMove::SendBackward},
-    };
-    menu.addSeparator();
-    const QAction* remove = menu.addAction(tr("Delete"));
-
-    const QAction* chosen = menu.exec(screenPos);
-    if (!chosen || m_deleteRequested || !m_widget)
-        return;
-    if (chosen == configure)
-        configureWidget();
-    else if (chosen == remove)
-        confirmDelete();
-    for (const auto& [action, move] : moves) {
-        if (action != chosen)
-            continue;
-        setZValue(stackedZ(*this, move));
-        raiseHandleAboveScene();
-        update();
-    }
-}
-
-void DashboardItem::configureWidget()
-{
-    DashboardWidgetConfigDialog dialog(m_widget);
-    dialog.exec();
-}
-
-void DashboardItem::confirmDelete()
-{
-    const auto answer = QMessageBox::question(nullptr, tr("Delete Widget"),
-                                              tr("Are you sure you want to delete this widget?"),
-                                              QMessageBox::Yes | QMessageBox::No);
-    if (answer == QMessageBox::Yes)
-        requestDelete();
 }

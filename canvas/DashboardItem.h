@@ -60,9 +60,6 @@ private:
     void setupHandle();
     void followWidget();
     void noteChange() const;
-    void runContextMenu(const QPoint& screenPos);
-    void configureWidget();
-    void confirmDelete();
     void endPointerAction();
     void abortPointerAction();
     void setPointerCursor(Qt::CursorShape shape);
