@@ -7,7 +7,6 @@
 #include "widgets/DashboardWidgetFactory.h"
 #include "widgets/ProjectFolderAware.h"
 
-#include <QApplication>
 #include <QDialog>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsRectItem>
@@ -20,13 +19,11 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
 constexpr int kGrid = DesignScene::kGridSpacing;
 constexpr int kMaxSide = 16'000;
-constexpr double kMaxPosition = 1'000'000.0;
 constexpr double kMaxZ = 1e12; // whole and half steps are exact below
 constexpr double kHandleSide = 12.0;
 
@@ -37,8 +34,6 @@ int gridSide(double requested, double minimum)
         boundedInt(std::max(requested, minimum), 0, kMaxSide, boundedInt(minimum, 0, kMaxSide, 0));
     return (side + kGrid - 1) / kGrid * kGrid;
 }
-
-double snapped(double coordinate) { return std::round(coordinate / kGrid) * kGrid; }
 
 double bounded(const QJsonValue& number, double limit)
 {
@@ -65,11 +60,7 @@ DashboardItem::DashboardItem(DashboardWidget* widget, QGraphicsItem* parent)
     setDesignMode(false);
 }
 
-DashboardItem::~DashboardItem()
-{
-    endPointerAction();
-    noteChange();
-}
+DashboardItem::~DashboardItem() { noteChange(); }
 
 DashboardWidget* DashboardItem::widget() const { return m_widget; }
 
@@ -131,7 +122,7 @@ void DashboardItem::setDesignMode(bool on)
     setAcceptHoverEvents(on);
     setSelected(false); // a selected item would follow another one that is dragged
     if (!on) {
-        abortPointerAction();
+        m_gesture.abort();
         unsetCursor();
     }
     m_handle->setVisible(on);
@@ -165,7 +156,7 @@ void DashboardItem::requestDelete()
         m_widget->setAcceptDrops(false);
         m_widget->clearFocus();
     }
-    abortPointerAction();
+    m_gesture.abort();
     if (scene())
         scene()->removeItem(this);
     if (!m_inMenu)
@@ -321,25 +312,16 @@ void DashboardItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
         QGraphicsObject::mousePressEvent(event);
         return;
     }
-    endPointerAction();
-    m_resizing = resizeHandleRect().contains(event->pos());
-    m_dragging = !m_resizing;
-    m_pressPos = event->pos();
-    setPointerCursor(m_resizing ? Qt::SizeFDiagCursor : Qt::ClosedHandCursor);
+    m_gesture.begin(event->scenePos());
     event->accept();
 }
 
 void DashboardItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 {
-    if (m_resizing) {
-        resize({event->pos().x(), event->pos().y()});
-    } else if (m_dragging) {
-        const QPointF target = pos() + (event->pos() - m_pressPos);
-        setPos(std::clamp(snapped(target.x()), -kMaxPosition, kMaxPosition),
-               std::clamp(snapped(target.y()), -kMaxPosition, kMaxPosition));
-    } else {
+    if (m_gesture.isActive())
+        m_gesture.move(event->scenePos());
+    else
         QGraphicsObject::mouseMoveEvent(event);
-    }
 }
 
 void DashboardItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
@@ -348,39 +330,16 @@ void DashboardItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
         QGraphicsObject::mouseReleaseEvent(event);
         return;
     }
-    endPointerAction();
+    m_gesture.end();
     event->accept();
-}
-
-void DashboardItem::endPointerAction()
-{
-    m_dragging = false;
-    m_resizing = false;
-    if (m_overridesCursor)
-        QApplication::restoreOverrideCursor();
-    m_overridesCursor = false;
-}
-
-// Ends it before the button is released; the rest of the gesture must not move the item any more.
-void DashboardItem::abortPointerAction()
-{
-    endPointerAction();
-    if (scene() && scene()->mouseGrabberItem() == this)
-        ungrabMouse();
 }
 
 // A box or menu that opens during a drag swallows the release; the scene takes the mouse back all the same.
 bool DashboardItem::sceneEvent(QEvent* event)
 {
     if (event->type() == QEvent::UngrabMouse)
-        endPointerAction();
+        m_gesture.end();
     return QGraphicsObject::sceneEvent(event);
-}
-
-void DashboardItem::setPointerCursor(Qt::CursorShape shape)
-{
-    QApplication::setOverrideCursor(shape);
-    m_overridesCursor = true;
 }
 
 void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
@@ -390,7 +349,7 @@ void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
         return;
     }
     event->accept();
-    abortPointerAction();
+    m_gesture.abort();
     if (m_inMenu)
         return;
     // Menu and dialogs run their own event loops; whoever deletes the item from there must wait for the end.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "canvas/ItemGesture.h"
+
 #include <QGraphicsObject>
 #include <QJsonObject>
 #include <QPointer>
@@ -16,6 +18,9 @@ class DashboardItem : public QGraphicsObject
     Q_OBJECT
 
 public:
+    /// How far from the scene's origin an item may lie in x and in y, in scene units.
+    static constexpr double kMaxPosition = 1'000'000.0;
+
     /// Takes the widget over, which must not be null.
     explicit DashboardItem(DashboardWidget* widget, QGraphicsItem* parent = nullptr);
     ~DashboardItem() override;
@@ -39,7 +44,7 @@ public:
 
     QJsonObject toJson() const;
     /// A new item, owned by the caller; null when the record's type is unknown. Numbers that are missing or
-    /// of another type are 0, positions are kept within ±1,000,000.
+    /// of another type are 0, positions are kept within kMaxPosition.
     [[nodiscard]] static DashboardItem* fromJson(const QJsonObject& record);
 
     QRectF boundingRect() const override;
@@ -60,20 +65,14 @@ private:
     void setupHandle();
     void followWidget();
     void noteChange() const;
-    void endPointerAction();
-    void abortPointerAction();
-    void setPointerCursor(Qt::CursorShape shape);
     void destroyLater();
 
     QPointer<QGraphicsProxyWidget> m_proxy; ///< null, as the widget, once the widget is gone
     QGraphicsRectItem* m_handle = nullptr;
     bool m_designMode = false;
-    bool m_dragging = false;
-    bool m_resizing = false;
-    bool m_overridesCursor = false;
     bool m_deleteRequested = false;
     bool m_inMenu = false;
-    QPointF m_pressPos;
+    ItemGesture m_gesture{*this};
     QSizeF m_size{-1, -1};
     QPointer<DashboardWidget> m_widget;
     QMetaObject::Connection m_assignmentConnection;

@@ -63,6 +63,17 @@ private Q_SLOTS:
         QVERIFY(!QApplication::overrideCursor());
     }
 
+    void dragsFromThePressHoweverManyMovesAreHandledAtOnce()
+    {
+        Designed canvas;
+        canvas.item->setPos(0, 0);
+        canvas.press({50, 50});
+        canvas.move({57, 58}); // and nothing is painted before the next
+        canvas.move({64, 65});
+        QCOMPARE(canvas.item->pos(), QPointF(10, 20));
+        canvas.release({64, 65});
+    }
+
     void overrideCursorIsRestoredWhateverEndsTheDrag_data()
     {
         QTest::addColumn<Ending>("end");
