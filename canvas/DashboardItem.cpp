@@ -316,12 +316,14 @@ void DashboardItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
     event->accept();
 }
 
+// Never left to the base class, which would itself move the item, off the grid, for a left button that went
+// down elsewhere.
 void DashboardItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 {
     if (m_gesture.isActive())
         m_gesture.move(event->scenePos());
     else
-        QGraphicsObject::mouseMoveEvent(event);
+        event->ignore();
 }
 
 void DashboardItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
@@ -330,7 +332,8 @@ void DashboardItem::mouseReleaseEvent(QGraphicsSceneMouseEvent* event)
         QGraphicsObject::mouseReleaseEvent(event);
         return;
     }
-    m_gesture.end();
+    if (event->button() == Qt::LeftButton)
+        m_gesture.end();
     event->accept();
 }
 

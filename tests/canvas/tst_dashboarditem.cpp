@@ -36,6 +36,17 @@ static void pick(Canvas& canvas, const QPointF& pos, const QString& entry = {})
     canvas.contextMenu(pos);
 }
 
+// One event of a button while others are down, which QTest's own never say; buttons are those down
+// afterwards.
+static void sendButton(Canvas& canvas, QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons buttons,
+                       const QPointF& pos)
+{
+    QWidget* viewport = canvas.view.viewport();
+    const QPoint at = canvas.at(pos);
+    QMouseEvent event(type, at, viewport->mapToGlobal(at), button, buttons, {});
+    QCoreApplication::sendEvent(viewport, &event);
+}
+
 // A canvas with one item, in design mode.
 struct Designed : Canvas
 {
@@ -74,12 +85,38 @@ private Q_SLOTS:
         canvas.release({64, 65});
     }
 
+    void middleClickDoesNotEndTheGesture_data()
+    {
+        QTest::addColumn<QPointF>("start");
+        QTest::addColumn<QRectF>("expected");
+        QTest::newRow("drag") << QPointF(200, 200) << QRectF(130, 150, 250, 250);
+        QTest::newRow("resize") << QPointF(345, 345) << QRectF(100, 100, 280, 300);
+    }
+    void middleClickDoesNotEndTheGesture()
+    {
+        QFETCH(QPointF, start);
+        Designed canvas;
+        canvas.press(start);
+        sendButton(canvas, QEvent::MouseButtonPress, Qt::MiddleButton, Qt::LeftButton | Qt::MiddleButton,
+                   start);
+        sendButton(canvas, QEvent::MouseButtonRelease, Qt::MiddleButton, Qt::LeftButton, start);
+        canvas.move(start + QPointF(33, 47));
+        QTEST(canvas.item->sceneBoundingRect(), "expected");
+        canvas.release(start + QPointF(33, 47));
+    }
+
     void overrideCursorIsRestoredWhateverEndsTheDrag_data()
     {
         QTest::addColumn<Ending>("end");
         QTest::newRow("mode change") << Ending([](Designed& canvas) { canvas.setDesignMode(false); });
         QTest::newRow("deletion") << Ending([](Designed& canvas) { canvas.item->requestDelete(); });
         QTest::newRow("its menu") << Ending([](Designed& canvas) { pick(canvas, {200, 200}); });
+        QTest::newRow("release while another button is down") << Ending([](Designed& canvas) {
+            const QPointF pos(200, 200);
+            sendButton(canvas, QEvent::MouseButtonPress, Qt::MiddleButton, Qt::LeftButton | Qt::MiddleButton,
+                       pos);
+            sendButton(canvas, QEvent::MouseButtonRelease, Qt::LeftButton, Qt::MiddleButton, pos);
+        });
         QTest::newRow("release lost to a box") << Ending([](Designed& canvas) {
             canvas.move({210, 210}, Qt::NoButton);
         });
