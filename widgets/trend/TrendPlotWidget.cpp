@@ -9,7 +9,6 @@
 #include "widgets/trend/TrendCrosshair.h"
 #include "widgets/trend/TrendTrace.h"
 
-#include <QDateTime>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QGuiApplication>
@@ -26,30 +25,22 @@ namespace {
 constexpr QSize kMinimumSize(220, 140);
 constexpr int kLabelPointSize = 9;
 
-constexpr double kValueEpsilon = 1e-9;
-constexpr qint64 kHoldRepeatMs = 50;
-constexpr qint64 kIdlePruneMs = 200;
 constexpr int kTickIntervalMs = 100;
-constexpr qint64 kPruneIntervalMs = 30;
 
 constexpr QLatin1String kMarkersKey("markers");
-
-bool isRepeat(const TrendSeries& series, double value)
-{
-    return !series.isEmpty() && std::abs(series.last().value - value) <= kValueEpsilon;
-}
 
 } // namespace
 
 TrendPlotWidget::TrendPlotWidget(QWidget* parent)
     : WidgetWithSettings(parent)
-    , m_lastAppendMs(nowMs())
+    , m_intake(m_clock)
 {
     setMinimumSize(kMinimumSize);
     setMouseTracking(true);
     setToolTip(tr("Alt+Left in plot: add marker\nAlt+Shift+Left in plot: add labeled marker\n"
                   "Alt+Left on legend: hide/show channel"));
     connect(this, &DashboardWidget::assignmentChanged, this, &TrendPlotWidget::followAssignment);
+    settingsChanged();
     m_idleTimer.setInterval(kTickIntervalMs);
     m_idleTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_idleTimer, &QTimer::timeout, this, &TrendPlotWidget::idleTick);
@@ -58,14 +49,14 @@ TrendPlotWidget::TrendPlotWidget(QWidget* parent)
 
 // --- Time and samples --------------------------------------------------------------------------------------
 
-qint64 TrendPlotWidget::nowMs() { return QDateTime::currentMSecsSinceEpoch(); }
+qint64 TrendPlotWidget::nowMs() { return TrendClock::wallMs(); }
 
-qint64 TrendPlotWidget::currentNowMs() const { return m_externalTime ? m_externalNowMs : nowMs(); }
+qint64 TrendPlotWidget::currentNowMs() const { return m_clock.nowMs(); }
 
 void TrendPlotWidget::followAssignment()
 {
     const QStringList entries = assignedSignalList();
-    m_store.setAssignment(entries);
+    m_intake.setAssignment(entries);
     m_channels.clear();
     QSet<QString> seen;
     for (const QString& entry : entries) {
@@ -79,79 +70,30 @@ void TrendPlotWidget::followAssignment()
 
 void TrendPlotWidget::setValueForSignal(const QString& name, double value)
 {
-    const qint64 now = currentNowMs();
-    TrendSeries* series = rewoundSeries(name, now);
-    if (!series || isRepeat(*series, value))
-        return;
-    append(*series, now, value, now);
-    updateForValue();
+    if (m_intake.add(name, value))
+        updateForValue();
 }
 
 void TrendPlotWidget::setValueForSignalAt(const QString& name, double value, double tSec)
 {
-    if (m_externalTime && !std::isfinite(tSec))
-        return;                        // it has no place on the axis, and must not throw out what has
-    const qint64 now = currentNowMs(); // asked once: the clock costs more than all else here
-    const qint64 t = m_externalTime ? wholeMs(tSec * 1000.0) : now;
-    TrendSeries* series = rewoundSeries(name, t);
-    if (!series)
-        return;
-    if (isRepeat(*series, value) && (m_settings.sampleAndHold || t - series->last().tMs < kHoldRepeatMs))
-        return;
-    append(*series, t, value, now);
-    if (!m_bulkLoading)
+    if (m_intake.addTimed(name, value, tSec) && !m_bulkLoading)
         updateForValue();
 }
 
 void TrendPlotWidget::addSample(const QString& name, double value, qint64 tMs, bool update)
 {
     qDebug("TrendPlotWidget::addSample time: %lld", static_cast<long long>(tMs));
-    const qint64 t = boundedTimeMs(tMs);
-    TrendSeries* series = rewoundSeries(name, t);
-    if (!series || isRepeat(*series, value))
-        return;
-    append(*series, t, value, currentNowMs());
-    if (update && !m_bulkLoading)
+    if (m_intake.addStamped(name, value, tMs) && update && !m_bulkLoading)
         this->update();
 }
 
-// The series for a value of that time; null when the signal is not taken. When time has gone backwards (a
-// seek, the clock set back), what is newer belongs to a past that did not happen, and would hide what comes.
-TrendSeries* TrendPlotWidget::rewoundSeries(const QString& name, qint64 tMs)
-{
-    TrendSeries* series = m_store.accept(name);
-    if (series)
-        series->dropNewerThan(tMs);
-    return series;
-}
+void TrendPlotWidget::pruneOld() { m_intake.prune(); }
 
-void TrendPlotWidget::append(TrendSeries& series, qint64 tMs, double value, qint64 now)
-{
-    series.append({tMs, value});
-    m_lastAppendMs = tMs;
-    m_store.pruneAfterAppend(series, now - m_settings.timeWindowMs);
-    m_lastPruneMs = now;
-}
-
-void TrendPlotWidget::pruneOld()
-{
-    const qint64 now = currentNowMs();
-    m_store.pruneKeepingOne(now - m_settings.timeWindowMs);
-    m_lastPruneMs = now;
-}
-
-void TrendPlotWidget::pruneOld(qint64 nowMs)
-{
-    const qint64 now = boundedTimeMs(nowMs);
-    if (now - m_lastPruneMs < kPruneIntervalMs)
-        return;
-    m_store.pruneAll(now - m_settings.timeWindowMs);
-    m_lastPruneMs = now;
-}
+void TrendPlotWidget::pruneOld(qint64 nowMs) { m_intake.pruneAll(nowMs); }
 
 void TrendPlotWidget::trimToWindowEndingAt(qint64 endMs)
 {
-    m_store.trim(boundedTimeMs(endMs), m_settings.timeWindowMs);
+    m_intake.trim(endMs);
     updateForValue();
 }
 
@@ -165,31 +107,28 @@ void TrendPlotWidget::endBulkLoad()
 
 void TrendPlotWidget::clearData()
 {
-    m_store.clear();
-    m_lastPruneMs = 0;
+    m_intake.clear();
     update();
 }
 
 void TrendPlotWidget::setExternalTimeEnabled(bool on)
 {
-    if (on == std::exchange(m_externalTime, on))
+    if (!m_clock.setExternal(on))
         return; // a replay says so with every frame
     on ? m_idleTimer.stop() : m_idleTimer.start();
     update();
 }
 
-void TrendPlotWidget::setExternalNowMs(qint64 t) { m_externalNowMs = boundedTimeMs(t); }
+void TrendPlotWidget::setExternalNowMs(qint64 t) { m_clock.setExternalNowMs(t); }
 
 double TrendPlotWidget::valueAtTime(const QString& key, qint64 tMs) const
 {
-    const TrendSeries* series = m_store.find(key);
-    return series ? series->valueNear(boundedTimeMs(tMs)) : qQNaN();
+    return m_intake.store().valueNear(key, boundedTimeMs(tMs));
 }
 
 void TrendPlotWidget::idleTick()
 {
-    // The clock may have been set back since.
-    if (m_externalTime || std::abs(nowMs() - m_lastAppendMs) < kIdlePruneMs)
+    if (!m_clock.isSilentSince(m_intake.lastAppendMs()))
         return;
     pruneOld();
     update();
@@ -198,7 +137,7 @@ void TrendPlotWidget::idleTick()
 void TrendPlotWidget::showEvent(QShowEvent* event)
 {
     WidgetWithSettings::showEvent(event);
-    if (!m_externalTime && !m_idleTimer.isActive())
+    if (!m_clock.isExternal() && !m_idleTimer.isActive())
         m_idleTimer.start();
 }
 
@@ -274,7 +213,7 @@ bool TrendPlotWidget::addMarkerAt(const QPoint& pos)
     if (!plot.contains(pos))
         return false;
     const qint64 now = currentNowMs();
-    m_markers.append({m_externalTime ? Marker::Kind::Data : Marker::Kind::Screen,
+    m_markers.append({m_clock.isExternal() ? Marker::Kind::Data : Marker::Kind::Screen,
                       TrendGeometry::timeForX(plot, now - m_settings.timeWindowMs, now, pos.x()),
                       double(pos.x() - plot.left()) / plot.width(), QString()});
     update();
@@ -341,7 +280,7 @@ QList<TrendPlotWidget::Channel> TrendPlotWidget::shownChannels() const
 {
     QList<Channel> shown;
     for (const Channel& channel : m_channels) {
-        const TrendSeries* series = m_store.find(channel.key);
+        const TrendSeries* series = m_intake.store().find(channel.key);
         if (series && !series->isEmpty() && !m_hiddenChannels.contains(channel.key))
             shown.append(channel);
     }
@@ -355,7 +294,7 @@ std::pair<double, double> TrendPlotWidget::currentYRange(qint64 t0) const
     ValueExtent extent;
     const QList<Channel> channels = shownChannels();
     for (const Channel& channel : channels) {
-        const TrendSeries* series = m_store.find(channel.key);
+        const TrendSeries* series = m_intake.store().find(channel.key);
         extent.include(series->extent(series->indexAtOrAfter(t0), series->size()));
     }
     return extent.hasFinite() ? TrendGeometry::paddedRange(extent.low, extent.high) : std::pair(-1.0, 1.0);
@@ -404,7 +343,7 @@ void TrendPlotWidget::drawTraces(QPainter& painter, const TrendAxes& axes, doubl
         return;
     const QList<Channel> channels = shownChannels();
     for (const Channel& channel : channels) {
-        const Trace trace = tracer(*m_store.find(channel.key), axes);
+        const Trace trace = tracer(*m_intake.store().find(channel.key), axes);
         painter.setPen(QPen(channel.color, penWidth));
         painter.drawLines(trace.lines);
         painter.setRenderHint(QPainter::Antialiasing, false); // whole pixels
@@ -457,7 +396,7 @@ void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)
 {
     QList<TrendLegend::Row> rows;
     for (const Channel& channel : std::as_const(m_channels)) {
-        const TrendSeries* series = m_store.find(channel.key);
+        const TrendSeries* series = m_intake.store().find(channel.key);
         if (series && !series->isEmpty())
             rows.append({channel.key, displayNameOf(channel.key), channel.color,
                          m_hiddenChannels.contains(channel.key)});
@@ -492,4 +431,10 @@ void TrendPlotWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
         limit->setDisabled(m_settings.autoscale);
         connect(m_settings.autoscale.editor(), &QCheckBox::toggled, limit, &QWidget::setDisabled);
     }
+}
+
+void TrendPlotWidget::settingsChanged()
+{
+    update();
+    m_intake.setRules({m_settings.timeWindowMs, m_settings.sampleAndHold});
 }

@@ -2,10 +2,11 @@
 
 #include "widgets/ITimeStampedConsumer.h"
 #include "widgets/WidgetWithSettings.h"
+#include "widgets/trend/TrendClock.h"
+#include "widgets/trend/TrendIntake.h"
 #include "widgets/trend/TrendLegend.h"
 #include "widgets/trend/TrendMarkers.h"
 #include "widgets/trend/TrendSettings.h"
-#include "widgets/trend/TrendStore.h"
 
 #include <QColor>
 #include <QSet>
@@ -18,9 +19,9 @@ struct Trace;
 struct TrendAxes;
 
 // Signals against time, scrolling from now on the right to now minus the time window on the left. Live, now
-// is the wall clock; in a replay it is set from outside. It keeps its own samples (TrendStore) and draws what
-// TrendTrace makes of them; the user can read values under the mouse, hide channels on the legend and set
-// markers. It knows neither modes nor recordings.
+// is the wall clock; in a replay it is set from outside. It keeps its own samples (TrendIntake) and draws
+// what TrendTrace makes of them; the user can read values under the mouse, hide channels on the legend and
+// set markers. It knows neither modes nor recordings.
 class TrendPlotWidget : public WidgetWithSettings, public ITimeStampedConsumer
 {
     Q_OBJECT
@@ -63,7 +64,7 @@ public:
     /// Kept within ±kMaxTimeMs. Does not repaint.
     void setExternalNowMs(qint64 t);
     /// The stored samples of a series; null when there are none. Valid until the next value or clearData().
-    const TrendSeries* series(const QString& key) const { return m_store.find(key); }
+    const TrendSeries* series(const QString& key) const { return m_intake.store().find(key); }
     /// The value stored nearest to a time; NaN when there is none. The key is that of the series.
     double valueAtTime(const QString& key, qint64 tMs) const;
 
@@ -102,6 +103,7 @@ public Q_SLOTS:
     void idleTick();
 
 protected:
+    void settingsChanged() override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -120,8 +122,6 @@ private:
     };
 
     void followAssignment();
-    TrendSeries* rewoundSeries(const QString& name, qint64 tMs);
-    void append(TrendSeries& series, qint64 tMs, double value, qint64 now);
 
     QList<Channel> shownChannels() const;
     using Tracer = Trace (*)(const TrendSeries&, const TrendAxes&);
@@ -135,7 +135,8 @@ private:
     bool addMarkerAt(const QPoint& pos);
     void openMarkerMenu(const QPoint& globalPos);
 
-    TrendStore m_store;
+    TrendClock m_clock;
+    TrendIntake m_intake;
     QList<Channel> m_channels;
     QSet<QString> m_hiddenChannels;
     QList<Marker> m_markers;
@@ -144,11 +145,7 @@ private:
 
     TrendSettings m_settings{settings()};
 
-    bool m_externalTime = false;
-    qint64 m_externalNowMs = 0;
     bool m_bulkLoading = false;
-    qint64 m_lastPruneMs = 0;
-    qint64 m_lastAppendMs = 0;
 
     bool m_mouseInside = false;
     QPoint m_mousePos;

@@ -3,6 +3,7 @@
 #include "definitions/numbers/SignalName.h"
 
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -43,6 +44,12 @@ const TrendSeries* TrendStore::find(const QString& key) const
 {
     const auto found = m_series.find(key);
     return found == m_series.cend() ? nullptr : &found->second;
+}
+
+double TrendStore::valueNear(const QString& key, qint64 tMs) const
+{
+    const TrendSeries* series = find(key);
+    return series ? series->valueNear(tMs) : std::numeric_limits<double>::quiet_NaN();
 }
 
 void TrendStore::pruneKeepingOne(qint64 cutoffMs)

@@ -21,6 +21,8 @@ public:
     TrendSeries* accept(const QString& name);
     /// By series key (the part of a name before its first ":"); null when there is none.
     const TrendSeries* find(const QString& key) const;
+    /// The value stored nearest to a time; NaN when there is none.
+    double valueNear(const QString& key, qint64 tMs) const;
 
     /// Removes what is older than cutoffMs, but leaves each series the newest sample of that age, from which
     /// a line leads into the window.

@@ -226,79 +226,18 @@ private Q_SLOTS:
         QCOMPARE(values, QList({0.5, -0.5}));
     }
 
-    void storesWhatIsAssignedAndNew_data()
+    void followsTheRulesOfTheLayout()
     {
-        QTest::addColumn<QString>("assigned");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<int>("hold");
-        QTest::addColumn<QList<double>>("stepsSec");
-        QTest::addColumn<double>("change");
-        QTest::addColumn<QList<qint64>>("storedMs");
-        const QList<double> times{0.0, 0.040, 0.0609};
-        QTest::newRow("repeats") << "A"
-                                 << "A" << 1 << times << 1e-10 << QList<qint64>{0};
-        QTest::newRow("repeats without hold") << "A"
-                                              << "A" << 0 << times << 0.0 << QList<qint64>{0, 60};
-        QTest::newRow("changes") << "A"
-                                 << "A" << 1 << times << 1e-8 << QList<qint64>{0, 40, 60};
-        QTest::newRow("suffix came") << "A"
-                                     << "A: raw" << 1 << times << 1.0 << QList<qint64>{0, 40, 60};
-        QTest::newRow("suffix assigned") << "A: raw"
-                                         << "A: raw" << 1 << times << 1.0 << QList<qint64>{0, 40, 60};
-        QTest::newRow("only suffix assigned") << "A: raw"
-                                              << "A" << 1 << times << 1.0 << QList<qint64>{};
-        QTest::newRow("other case") << "A"
-                                    << "a" << 1 << times << 1.0 << QList<qint64>{};
-        QTest::newRow("bad times") << "A"
-                                   << "A" << 1 << QList{-1e300, 1.0, -kInf, qQNaN(), kInf, 1e300} << 1.0
-                                   << QList<qint64>{-1'000'000'000'000'000, 1000, 1'000'000'000'000'000};
-    }
-
-    void storesWhatIsAssignedAndNew()
-    {
-        QFETCH(QString, assigned);
-        QFETCH(QString, name);
-        QFETCH(int, hold);
-        QFETCH(QList<double>, stepsSec);
-        QFETCH(double, change);
-        QFETCH(QList<qint64>, storedMs);
         TrendPlotWidget plot;
-        plot.assignSignals({assigned});
-        plot.loadConfig({{"sampleAndHold", hold}});
+        plot.assignSignals({"A"});
+        plot.loadConfig({{"timeWindowMs", 1000}, {"sampleAndHold", 0}});
         plot.setExternalTimeEnabled(true);
-        plot.setExternalNowMs(std::numeric_limits<qint64>::min());
-        for (int i = 0; i < stepsSec.size(); ++i)
-            plot.setValueForSignalAt(name, 1.0 + i * change, stepsSec[i]);
-        QList<qint64> stored;
-        for (qsizetype i = 0; plot.series("A") && i < plot.series("A")->size(); ++i)
-            stored.append(plot.series("A")->at(i).tMs);
-        QCOMPARE(stored, storedMs);
-    }
-
-    void prunesAndTrims()
-    {
-        TrendPlotWidget plot;
-        fill(plot);
-        plot.setExternalNowMs(15'000);
-        plot.pruneOld();
-        QCOMPARE(plot.series("A")->first().tMs, 4000);
-        plot.setExternalNowMs(900'000);
-        plot.pruneOld();
-        QCOMPARE(plot.series("A")->size(), 1);
-        plot.pruneOld(900'029);
-        QCOMPARE(plot.series("A")->size(), 1);
-        plot.pruneOld(900'030);
-        QVERIFY(plot.series("A")->isEmpty());
-
-        fill(plot);
-        plot.trimToWindowEndingAt(12'500);
-        QCOMPARE(plot.series("A")->first().tMs, 2000);
-        QCOMPARE(plot.series("A")->last().tMs, 12'000);
-        QCOMPARE(plot.valueAtTime("A", 11'500), 11.0);
-        QCOMPARE(plot.valueAtTime("A", 11'501), 12.0);
-        QCOMPARE(plot.valueAtTime("A", 99'000), 12.0);
-        plot.trimToWindowEndingAt(-1);
-        QVERIFY(std::isnan(plot.valueAtTime("A", 0)));
+        for (const int ms : {0, 40, 60, 2000}) {
+            plot.setExternalNowMs(ms);
+            plot.setValueForSignalAt("A", 1.0, ms / 1000.0);
+        }
+        QCOMPARE(plot.series("A")->size(), 2);
+        QCOMPARE(plot.series("A")->first().tMs, 60); // repeated, and the newest before the window
     }
 
     void scalesToWhatIsSeen()
@@ -318,19 +257,14 @@ private Q_SLOTS:
         }
     }
 
-    void forgetsTheFutureWhenTimeGoesBack()
+    void readsValuesAtTime()
     {
         TrendPlotWidget plot;
         fill(plot);
-        for (int i = 3; i < 6; ++i) // a seek without a word
-            plot.setValueForSignalAt("A", -i, i);
-        QCOMPARE(plot.series("A")->size(), 7);
-        QCOMPARE(plot.series("A")->last().value, -5.0);
-        plot.assignSignals({"A", "B"});
+        plot.assignSignals({"A", "B", "Silent"});
         plot.setExternalNowMs(30'000);
-        plot.setValueForSignalAt("B", 1.0, 30.0); // A is silent
-        QCOMPARE(plot.series("A")->size(), 1);
-        QCOMPARE(plot.readingsAt(30'000, 30'000), QStringList({"t = 0.000 s", "A: -5", "B: 1"}));
+        plot.setValueForSignalAt("B", 0.5, 30.0);
+        QCOMPARE(plot.readingsAt(30'000, 30'000), QStringList({"t = 0.000 s", "A: 19", "B: 0.5"}));
         QCOMPARE(plot.readingsAt(20'000, 30'000).first(), "t = 10.000 s");
     }
 
