@@ -3,11 +3,9 @@
 #include <QColor>
 #include <QJsonArray>
 #include <QList>
-#include <QRect>
 #include <QString>
 
-class QFontMetrics;
-class QPainter;
+class QRect;
 
 /// A vertical mark that the user put on a trend plot.
 struct Marker
@@ -23,46 +21,29 @@ struct Marker
     QString label;      ///< may be empty
 };
 
-QColor dataMarkerColor();
-QColor screenMarkerColor();
-
-/// What stands under "markers" in a layout. Anything but "screen" is a data marker; missing fields are 0 or
-/// empty, times are kept within ±kMaxTimeMs.
-QList<Marker> markersFromJson(const QJsonArray& array);
-QJsonArray markersToJson(const QList<Marker>& markers);
-
-// Where the markers of a plot stand in one painting. They have boxes above and below the plot; of very many
-// only the newest, and of several in one column of pixels the newest of them.
-class TrendMarkerLayout
+// The markers of a trend plot in the order in which they were made, and what a layout says of them. It draws
+// nothing (that is TrendMarkerLayout) and does not know where "now" comes from.
+class TrendMarkers
 {
 public:
-    /// t0 and t1 are the times of the left and the right edge; the metrics are those of the painter's font.
-    TrendMarkerLayout(const QList<Marker>& markers, const QRect& plot, qint64 t0, qint64 t1,
-                      const QFontMetrics& metrics);
+    static QColor dataMarkerColor();
+    static QColor screenMarkerColor();
 
-    /// The boxes below the plot.
-    QList<QRect> timeBoxes() const;
-    /// Draws the later markers over the earlier ones. No box begins above the row topmost.
-    void paint(QPainter& painter, int topmost) const;
+    /// What stands under "markers" in a layout. Anything but "screen" is a data marker; missing fields are 0
+    /// or empty, times are kept within ±kMaxTimeMs.
+    static TrendMarkers fromJson(const QJsonArray& array);
+    QJsonArray toJson() const;
+
+    const QList<Marker>& list() const { return m_list; }
+    /// At column x of a plot whose left and right edge are at the times t0 and t1; without a label. Answers
+    /// its index in the list.
+    int add(Marker::Kind kind, int x, const QRect& plot, qint64 t0, qint64 t1);
+    /// Nothing for an index that no marker has.
+    void setLabel(int index, const QString& label);
+    void clear() { m_list.clear(); }
+    /// Removes the markers of one kind; the others keep their order.
+    void clear(Marker::Kind kind);
 
 private:
-    struct Line
-    {
-        int x;
-        QColor color;
-    };
-    struct Boxes
-    {
-        QString label;
-        QRect labelBox; ///< may begin above the topmost row
-        QString time;   ///< relative to now
-        QRect timeBox;
-        QColor color;
-    };
-
-    void addBoxes(const Marker& marker, int x, qint64 relativeMs, const QFontMetrics& metrics);
-
-    QRect m_plot;
-    QList<Line> m_lines;  ///< at most one per column of pixels
-    QList<Boxes> m_boxes; ///< the newest first
+    QList<Marker> m_list;
 };

@@ -4,16 +4,13 @@
 #include "definitions/numbers/SignalName.h"
 #include "widgets/DisplayName.h"
 #include "widgets/drawing/SizedFont.h"
-#include "widgets/trend/MarkerLabelEditor.h"
 #include "widgets/trend/TrendAxesPainter.h"
 #include "widgets/trend/TrendCrosshair.h"
+#include "widgets/trend/TrendMarkerLayout.h"
 #include "widgets/trend/TrendTrace.h"
 
-#include <QGraphicsProxyWidget>
-#include <QGraphicsScene>
 #include <QGuiApplication>
 #include <QJsonObject>
-#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -40,6 +37,7 @@ TrendPlotWidget::TrendPlotWidget(QWidget* parent)
     setToolTip(tr("Alt+Left in plot: add marker\nAlt+Shift+Left in plot: add labeled marker\n"
                   "Alt+Left on legend: hide/show channel"));
     connect(this, &DashboardWidget::assignmentChanged, this, &TrendPlotWidget::followAssignment);
+    connect(&m_markerPopups, &TrendMarkerPopups::markersChanged, this, qOverload<>(&QWidget::update));
     settingsChanged();
     m_idleTimer.setInterval(kTickIntervalMs);
     m_idleTimer.setTimerType(Qt::PreciseTimer);
@@ -157,7 +155,7 @@ void TrendPlotWidget::clearAllMarkers()
 
 void TrendPlotWidget::clearMarkers(Marker::Kind kind)
 {
-    m_markers.removeIf([kind](const Marker& marker) { return marker.kind == kind; });
+    m_markers.clear(kind);
     update();
 }
 
@@ -170,30 +168,16 @@ void TrendPlotWidget::mousePressEvent(QMouseEvent* event)
     if (!modifiers.testFlag(Qt::AltModifier))
         return;
     if (event->button() == Qt::RightButton) {
-        afterPress([this, globalPos] { openMarkerMenu(globalPos); });
+        m_markerPopups.openMenuAfterPress(globalPos);
         event->accept();
     } else if (event->button() == Qt::LeftButton && toggleChannelAt(pos)) {
         event->accept();
-    } else if (event->button() == Qt::LeftButton && addMarkerAt(pos)) {
-        if (modifiers.testFlag(Qt::ShiftModifier)) {
-            afterPress([this, index = int(m_markers.size()) - 1, globalPos] {
-                promptLabelForMarker(index, globalPos);
-            });
-        }
+    } else if (event->button() == Qt::LeftButton && plotRect().contains(pos)) {
+        const int index = addMarkerAt(pos.x());
+        if (modifiers.testFlag(Qt::ShiftModifier))
+            m_markerPopups.editLabelAfterPress(index, globalPos);
         event->accept();
     }
-}
-
-// Opens what takes the mouse once the press has been dealt with. It will swallow the release as well: without
-// it the canvas would go on sending this plot every move and the next press.
-void TrendPlotWidget::afterPress(const std::function<void()>& open)
-{
-    QTimer::singleShot(0, this, [this, open] {
-        QGraphicsProxyWidget* proxy = graphicsProxyWidget();
-        if (proxy && proxy->scene() && proxy->scene()->mouseGrabberItem() == proxy)
-            proxy->ungrabMouse();
-        open();
-    });
 }
 
 bool TrendPlotWidget::toggleChannelAt(const QPoint& pos)
@@ -207,42 +191,17 @@ bool TrendPlotWidget::toggleChannelAt(const QPoint& pos)
     return true;
 }
 
-bool TrendPlotWidget::addMarkerAt(const QPoint& pos)
+int TrendPlotWidget::addMarkerAt(int x)
 {
-    const QRect plot = plotRect();
-    if (!plot.contains(pos))
-        return false;
     const qint64 now = currentNowMs();
-    m_markers.append({m_clock.isExternal() ? Marker::Kind::Data : Marker::Kind::Screen,
-                      TrendGeometry::timeForX(plot, now - m_settings.timeWindowMs, now, pos.x()),
-                      double(pos.x() - plot.left()) / plot.width(), QString()});
+    const Marker::Kind kind = m_clock.isExternal() ? Marker::Kind::Data : Marker::Kind::Screen;
     update();
-    return true;
-}
-
-// Without a parent, as it would be drawn on the canvas and cut off there.
-void TrendPlotWidget::openMarkerMenu(const QPoint& globalPos)
-{
-    auto* menu = new QMenu;
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    connect(this, &QObject::destroyed, menu, &QWidget::close);
-    menu->addAction(tr("Delete all markers"), this, &TrendPlotWidget::clearAllMarkers);
-    menu->addAction(tr("Delete screen markers"), this, &TrendPlotWidget::clearScreenMarkers);
-    menu->addAction(tr("Delete data markers"), this, &TrendPlotWidget::clearDataMarkers);
-    menu->popup(globalPos);
+    return m_markers.add(kind, x, plotRect(), now - m_settings.timeWindowMs, now);
 }
 
 void TrendPlotWidget::promptLabelForMarker(int index, const QPoint& globalPos)
 {
-    if (index < 0 || index >= m_markers.size())
-        return;
-    auto* editor = new MarkerLabelEditor(m_markers[index].label, this);
-    connect(editor, &MarkerLabelEditor::labelEntered, this, [this, index](const QString& label) {
-        if (index < m_markers.size())
-            m_markers[index].label = label;
-        update();
-    });
-    editor->showNear(globalPos);
+    m_markerPopups.editLabel(index, globalPos);
 }
 
 void TrendPlotWidget::mouseMoveEvent(QMouseEvent* event)
@@ -321,7 +280,7 @@ void TrendPlotWidget::paintEvent(QPaintEvent*)
     // Straight lines are smeared over two rows of pixels by antialiasing.
     painter.setPen(QColor(200, 200, 200));
     painter.drawLine(plot.topLeft(), plot.topRight());
-    const TrendMarkerLayout markers(m_markers, plot, t0, now, painter.fontMetrics());
+    const TrendMarkerLayout markers(m_markers.list(), plot, t0, now, painter.fontMetrics());
     TrendAxesPainter axes(painter, plot, m_settings.gridLines);
     if (m_settings.showGrid)
         axes.drawGrid();
@@ -413,14 +372,14 @@ bool TrendPlotWidget::supportsMultipleSignals() const { return true; }
 void TrendPlotWidget::loadConfig(const QJsonObject& config)
 {
     if (config.contains(kMarkersKey))
-        m_markers = markersFromJson(config.value(kMarkersKey).toArray());
+        m_markers = TrendMarkers::fromJson(config.value(kMarkersKey).toArray());
     WidgetWithSettings::loadConfig(config);
 }
 
 QJsonObject TrendPlotWidget::saveConfig() const
 {
     QJsonObject config = WidgetWithSettings::saveConfig();
-    config.insert(kMarkersKey, markersToJson(m_markers));
+    config.insert(kMarkersKey, m_markers.toJson());
     return config;
 }
 

@@ -5,6 +5,7 @@
 #include "widgets/trend/TrendClock.h"
 #include "widgets/trend/TrendIntake.h"
 #include "widgets/trend/TrendLegend.h"
+#include "widgets/trend/TrendMarkerPopups.h"
 #include "widgets/trend/TrendMarkers.h"
 #include "widgets/trend/TrendSettings.h"
 
@@ -12,7 +13,6 @@
 #include <QSet>
 #include <QTimer>
 
-#include <functional>
 #include <utility>
 
 struct Trace;
@@ -72,7 +72,7 @@ public:
     /// has one.
     QStringList readingsAt(qint64 tMs, qint64 nowMs) const;
 
-    QList<Marker> markers() const { return m_markers; }
+    QList<Marker> markers() const { return m_markers.list(); }
     void clearAllMarkers();
     void clearScreenMarkers() { clearMarkers(Marker::Kind::Screen); }
     void clearDataMarkers() { clearMarkers(Marker::Kind::Data); }
@@ -130,16 +130,15 @@ private:
     void drawLegend(QPainter& painter, const QRect& plot);
 
     TrendGeometry::Frame frame() const;
-    void afterPress(const std::function<void()>& open);
     bool toggleChannelAt(const QPoint& pos);
-    bool addMarkerAt(const QPoint& pos);
-    void openMarkerMenu(const QPoint& globalPos);
+    int addMarkerAt(int x);
 
     TrendClock m_clock;
     TrendIntake m_intake;
     QList<Channel> m_channels;
     QSet<QString> m_hiddenChannels;
-    QList<Marker> m_markers;
+    TrendMarkers m_markers;
+    TrendMarkerPopups m_markerPopups{m_markers, *this};
     TrendLegend m_legend;
     QTimer m_idleTimer;
 

@@ -1,4 +1,5 @@
 #include "support/WidgetTools.h"
+#include "widgets/trend/TrendMarkerLayout.h"
 #include "widgets/trend/TrendPlotWidget.h"
 #include "widgets/trend/TrendTrace.h"
 
@@ -331,15 +332,15 @@ private Q_SLOTS:
         QVERIFY(at(8.0, -2.0)); // the step
         QVERIFY(at(9.5, -5.0)); // held until now
         QVERIFY(at(0.1, 0.0));  // the line at zero
-        QCOMPARE(hasColor(screenMarkerColor()), area.left() + area.width() * 3 / 4);
-        QCOMPARE(hasColor(dataMarkerColor()), area.left() + area.width() * 6 / 10);
+        QCOMPARE(hasColor(TrendMarkers::screenMarkerColor()), area.left() + area.width() * 3 / 4);
+        QCOMPARE(hasColor(TrendMarkers::dataMarkerColor()), area.left() + area.width() * 6 / 10);
         QVERIFY(at(5.0, -7.5));
         QTest::mouseClick(&plot, Qt::LeftButton, Qt::AltModifier, area.topLeft() + QPoint(10, 30));
         QVERIFY(!at(5.0, -7.5)); // B is hidden
         plot.loadConfig({{"sampleAndHold", 0}});
         QVERIFY(at(6.0, 0.01) && !at(6.5, 5.0));
         plot.setExternalNowMs(16'100);
-        QCOMPARE(hasColor(dataMarkerColor()), -1);
+        QCOMPARE(hasColor(TrendMarkers::dataMarkerColor()), -1);
     }
 
     void layersMarkersAndLegend()
