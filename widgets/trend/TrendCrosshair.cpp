@@ -1,11 +1,16 @@
 #include "widgets/trend/TrendCrosshair.h"
 
 #include <QPainter>
-#include <QStringList>
+#include <QRect>
 
 #include <algorithm>
 
-void paintCrosshair(QPainter& painter, const QRect& plot, int x, const QStringList& readings)
+std::optional<int> TrendCrosshair::column(const QRect& plot) const
+{
+    return m_inside && plot.contains(m_pos) ? std::optional(m_pos.x()) : std::nullopt;
+}
+
+void TrendCrosshair::paint(QPainter& painter, const QRect& plot, int x, const QStringList& readings)
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, false);

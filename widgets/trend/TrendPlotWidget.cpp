@@ -1,11 +1,9 @@
 #include "widgets/trend/TrendPlotWidget.h"
 
 #include "definitions/numbers/FileNumbers.h"
-#include "definitions/numbers/SignalName.h"
 #include "widgets/DisplayName.h"
 #include "widgets/drawing/SizedFont.h"
 #include "widgets/trend/TrendAxesPainter.h"
-#include "widgets/trend/TrendCrosshair.h"
 #include "widgets/trend/TrendMarkerLayout.h"
 #include "widgets/trend/TrendTrace.h"
 
@@ -14,7 +12,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-#include <array>
 #include <cmath>
 
 namespace {
@@ -53,17 +50,8 @@ qint64 TrendPlotWidget::currentNowMs() const { return m_clock.nowMs(); }
 
 void TrendPlotWidget::followAssignment()
 {
-    const QStringList entries = assignedSignalList();
-    m_intake.setAssignment(entries);
-    m_channels.clear();
-    QSet<QString> seen;
-    for (const QString& entry : entries) {
-        const QString key = canonical(entry);
-        if (seen.contains(key))
-            continue;
-        seen.insert(key);
-        m_channels.append({key, defaultColor(int(m_channels.size()))});
-    }
+    m_intake.setAssignment(assignedSignalList());
+    m_channels.setAssignment(assignedSignalList());
 }
 
 void TrendPlotWidget::setValueForSignal(const QString& name, double value)
@@ -185,8 +173,7 @@ bool TrendPlotWidget::toggleChannelAt(const QPoint& pos)
     const std::optional<QString> key = m_legend.channelAt(pos);
     if (!key)
         return false;
-    if (!m_hiddenChannels.remove(*key))
-        m_hiddenChannels.insert(*key);
+    m_channels.toggle(*key);
     update();
     return true;
 }
@@ -206,56 +193,38 @@ void TrendPlotWidget::promptLabelForMarker(int index, const QPoint& globalPos)
 
 void TrendPlotWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    m_mousePos = event->position().toPoint();
+    m_crosshair.moveTo(event->position().toPoint());
     update();
 }
 
 void TrendPlotWidget::enterEvent(QEnterEvent*)
 {
-    m_mouseInside = true;
+    m_crosshair.setInside(true);
     update();
 }
 
 void TrendPlotWidget::leaveEvent(QEvent*)
 {
-    m_mouseInside = false;
+    m_crosshair.setInside(false);
     update();
 }
 
 // --- Painting ----------------------------------------------------------------------------------------------
 
-QColor TrendPlotWidget::defaultColor(int i)
-{
-    static const std::array<QColor, 6> colors = {QColor(0, 0, 0),   QColor(200, 0, 0),  QColor(0, 120, 0),
-                                                 QColor(0, 0, 180), QColor(150, 75, 0), QColor(128, 0, 128)};
-    return colors[std::size_t(i) % colors.size()];
-}
+QColor TrendPlotWidget::defaultColor(int i) { return TrendChannels::defaultColor(i); }
 
 QRect TrendPlotWidget::plotRect() const { return TrendGeometry::plotRect(size(), frame()); }
 
 TrendGeometry::Frame TrendPlotWidget::frame() const { return TrendGeometry::bounded(m_settings.frame()); }
-
-QList<TrendPlotWidget::Channel> TrendPlotWidget::shownChannels() const
-{
-    QList<Channel> shown;
-    for (const Channel& channel : m_channels) {
-        const TrendSeries* series = m_intake.store().find(channel.key);
-        if (series && !series->isEmpty() && !m_hiddenChannels.contains(channel.key))
-            shown.append(channel);
-    }
-    return shown;
-}
 
 std::pair<double, double> TrendPlotWidget::currentYRange(qint64 t0) const
 {
     if (!m_settings.autoscale)
         return {m_settings.yMin, m_settings.yMax};
     ValueExtent extent;
-    const QList<Channel> channels = shownChannels();
-    for (const Channel& channel : channels) {
-        const TrendSeries* series = m_intake.store().find(channel.key);
+    const QList<TrendChannels::Filled> shown = m_channels.shown(m_intake.store());
+    for (const auto& [channel, series] : shown)
         extent.include(series->extent(series->indexAtOrAfter(t0), series->size()));
-    }
     return extent.hasFinite() ? TrendGeometry::paddedRange(extent.low, extent.high) : std::pair(-1.0, 1.0);
 }
 
@@ -264,7 +233,7 @@ void TrendPlotWidget::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Window));
     m_legend.clear();
-    if (m_channels.isEmpty()) {
+    if (m_channels.list().isEmpty()) {
         painter.setPen(Qt::gray);
         painter.drawText(rect(), Qt::AlignCenter, tr("No signals"));
         return;
@@ -300,9 +269,9 @@ void TrendPlotWidget::drawTraces(QPainter& painter, const TrendAxes& axes, doubl
 {
     if (!axes.values.isUsable())
         return;
-    const QList<Channel> channels = shownChannels();
-    for (const Channel& channel : channels) {
-        const Trace trace = tracer(*m_intake.store().find(channel.key), axes);
+    const QList<TrendChannels::Filled> shown = m_channels.shown(m_intake.store());
+    for (const auto& [channel, series] : shown) {
+        const Trace trace = tracer(*series, axes);
         painter.setPen(QPen(channel.color, penWidth));
         painter.drawLines(trace.lines);
         painter.setRenderHint(QPainter::Antialiasing, false); // whole pixels
@@ -335,7 +304,7 @@ void TrendPlotWidget::drawSeriesDownsampled(QPainter& painter, const QRect& plot
 QStringList TrendPlotWidget::readingsAt(qint64 tMs, qint64 nowMs) const
 {
     QStringList readings{QStringLiteral("t = %1 s").arg((double(nowMs) - double(tMs)) / 1000.0, 0, 'f', 3)};
-    for (const Channel& channel : m_channels) {
+    for (const TrendChannels::Channel& channel : m_channels.list()) {
         const double value = valueAtTime(channel.key, tMs);
         if (!std::isnan(value))
             readings.append(channel.key + QLatin1String(": ") + QString::number(value, 'g', 6));
@@ -345,21 +314,17 @@ QStringList TrendPlotWidget::readingsAt(qint64 tMs, qint64 nowMs) const
 
 void TrendPlotWidget::drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const
 {
-    if (!m_mouseInside || !plot.contains(m_mousePos))
-        return;
-    paintCrosshair(painter, plot, m_mousePos.x(),
-                   readingsAt(TrendGeometry::timeForX(plot, t0, t1, m_mousePos.x()), t1));
+    const std::optional<int> x = m_crosshair.column(plot);
+    if (x)
+        TrendCrosshair::paint(painter, plot, *x, readingsAt(TrendGeometry::timeForX(plot, t0, t1, *x), t1));
 }
 
 void TrendPlotWidget::drawLegend(QPainter& painter, const QRect& plot)
 {
     QList<TrendLegend::Row> rows;
-    for (const Channel& channel : std::as_const(m_channels)) {
-        const TrendSeries* series = m_intake.store().find(channel.key);
-        if (series && !series->isEmpty())
-            rows.append({channel.key, displayNameOf(channel.key), channel.color,
-                         m_hiddenChannels.contains(channel.key)});
-    }
+    const QList<TrendChannels::Filled> filled = m_channels.filled(m_intake.store());
+    for (const auto& [channel, series] : filled)
+        rows.append({channel.key, displayNameOf(channel.key), channel.color, channel.isHidden});
     m_legend.paint(painter, plot, height(), rows, palette().color(QPalette::Window));
 }
 

@@ -2,7 +2,9 @@
 
 #include "widgets/ITimeStampedConsumer.h"
 #include "widgets/WidgetWithSettings.h"
+#include "widgets/trend/TrendChannels.h"
 #include "widgets/trend/TrendClock.h"
+#include "widgets/trend/TrendCrosshair.h"
 #include "widgets/trend/TrendIntake.h"
 #include "widgets/trend/TrendLegend.h"
 #include "widgets/trend/TrendMarkerPopups.h"
@@ -10,7 +12,6 @@
 #include "widgets/trend/TrendSettings.h"
 
 #include <QColor>
-#include <QSet>
 #include <QTimer>
 
 #include <utility>
@@ -113,17 +114,8 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
-    /// One assigned signal: its series and its look. Colours follow the place in the list, so that hiding a
-    /// channel does not change those of the others.
-    struct Channel
-    {
-        QString key;
-        QColor color;
-    };
-
     void followAssignment();
 
-    QList<Channel> shownChannels() const;
     using Tracer = Trace (*)(const TrendSeries&, const TrendAxes&);
     void drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth, Tracer tracer) const;
     void drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const;
@@ -135,17 +127,14 @@ private:
 
     TrendClock m_clock;
     TrendIntake m_intake;
-    QList<Channel> m_channels;
-    QSet<QString> m_hiddenChannels;
+    TrendChannels m_channels;
     TrendMarkers m_markers;
     TrendMarkerPopups m_markerPopups{m_markers, *this};
     TrendLegend m_legend;
+    TrendCrosshair m_crosshair;
     QTimer m_idleTimer;
 
     TrendSettings m_settings{settings()};
 
     bool m_bulkLoading = false;
-
-    bool m_mouseInside = false;
-    QPoint m_mousePos;
 };
