@@ -7,7 +7,7 @@
 #include <cmath>
 
 /// Device pixels per logical unit: the ratio of the device and whatever scales the painter, a zoomed view
-/// too. At least 1; 1 when the painter's scale is no number.
+/// too. At least 1; 1 when the painter's scale is not finite.
 inline double deviceScale(const QPainter& painter)
 {
     const QTransform transform = painter.deviceTransform();

@@ -23,7 +23,7 @@ struct NumberStyle
     static NumberStyle fitting(const QFont& font, const QList<double>& values, int digits, int width);
 
     QString text(double value) const;
-    /// In one line. With an end cut off a number would read as another one: one that is too wide all the same
-    /// leaves its area on the right when it is right-aligned, and is left out otherwise.
+    /// In one line and never cut off, as a part of a number would read as another one: a number that is still
+    /// too wide runs out of its area to the right when it is right-aligned, and is left out otherwise.
     void draw(QPainter& painter, const QRect& area, Qt::Alignment alignment, double value) const;
 };

@@ -16,8 +16,8 @@ public:
     TrendAxesPainter(QPainter& painter, const QRect& plot, int divisions);
 
     void drawGrid();
-    /// The limits of the values at the lower and the upper edge, and the width of the time span. Labels of
-    /// times leave out what will be covered.
+    /// The limits of the values at the lower and the upper edge, and the width of the time span. Time
+    /// labels that would be covered are left out.
     void drawAxesAndZero(double min, double max, int timeWindowMs, const QList<QRect>& covered);
 
 private:

@@ -28,12 +28,12 @@ Frame bounded(const Frame& frame);
 /// The plot inside a widget, for a bounded frame; width or height is 0 where there is no room.
 QRect plotRect(const QSize& widget, const Frame& frame);
 
-/// t0 is the left edge; what is earlier lies there, too. t1 is the right edge; what is later lies beyond it,
-/// by one more width at most.
+/// t0 is the time at the left edge, where earlier times lie as well; t1 is that at the right edge, beyond
+/// which later times lie, by one more width at most.
 int xForTime(const QRect& plot, qint64 t0, qint64 t1, qint64 t);
 /// 0 is the left and 1 the right edge; less than 0 and NaN are 0, more than 2 is 2.
 int xForFrac(const QRect& plot, double fraction);
-/// The way back; left of the plot it is t0.
+/// The time at a column; t0 for all that is left of the plot.
 qint64 timeForX(const QRect& plot, qint64 t0, qint64 t1, int x);
 
 /// The limits of an axis for values within these: a tenth of the distance of room on either side, or at least

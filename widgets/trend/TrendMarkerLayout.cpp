@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr int kColumnsPerBox = 4;              ///< that many boxes lie several times over one another
+constexpr int kColumnsPerBox = 4;              ///< more boxes than that only cover one another
 constexpr qsizetype kMaxLabelCharacters = 200; ///< wider than most plots
 
 /// Where a marker that is in sight stands, and how far from now, in milliseconds.

@@ -9,8 +9,8 @@ class QFontMetrics;
 class QPainter;
 struct Marker;
 
-// Where the markers of a plot stand in one painting. They have boxes above and below the plot; of very many
-// only the newest, and of several in one column of pixels the newest of them.
+// Where the markers of a plot stand in one painting: a line and a box above and below the plot for each. Of
+// several in one column of pixels only the newest is drawn, and of very many only the newest have boxes.
 class TrendMarkerLayout
 {
 public:

@@ -1,6 +1,6 @@
 #include "widgets/trend/TrendMarkerPopups.h"
 
-#include "widgets/trend/MarkerLabelEditor.h"
+#include "widgets/trend/TrendMarkerLabelEditor.h"
 
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
@@ -53,8 +53,8 @@ void TrendMarkerPopups::editLabel(int index, const QPoint& globalPos)
 {
     if (index < 0 || index >= m_markers.list().size())
         return;
-    auto* editor = new MarkerLabelEditor(m_markers.list()[index].label, &m_plot);
-    connect(editor, &MarkerLabelEditor::labelEntered, this, [this, index](const QString& label) {
+    auto* editor = new TrendMarkerLabelEditor(m_markers.list()[index].label, &m_plot);
+    connect(editor, &TrendMarkerLabelEditor::labelEntered, this, [this, index](const QString& label) {
         m_markers.setLabel(index, label);
         Q_EMIT markersChanged();
     });

@@ -265,40 +265,34 @@ void TrendPlotWidget::paintEvent(QPaintEvent*)
 }
 
 void TrendPlotWidget::drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth,
-                                 Tracer tracer) const
+                                 MakeTrace makeTrace) const
 {
     if (!axes.values.isUsable())
         return;
     const QList<TrendChannels::Filled> shown = m_channels.shown(m_intake.store());
-    for (const auto& [channel, series] : shown) {
-        const Trace trace = tracer(*series, axes);
-        painter.setPen(QPen(channel.color, penWidth));
-        painter.drawLines(trace.lines);
-        painter.setRenderHint(QPainter::Antialiasing, false); // whole pixels
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(channel.color);
-        painter.drawRects(trace.areas);
-        painter.setRenderHint(QPainter::Antialiasing, true);
-    }
+    for (const auto& [channel, series] : shown)
+        makeTrace(*series, axes).paint(painter, channel.color, penWidth);
 }
 
 void TrendPlotWidget::drawSeries(QPainter& painter, const QRect& plot, double min, double max,
                                  qint64 t0) const
 {
-    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, Trace::kPenWidth, segmentTrace);
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, TrendTrace::kPenWidth,
+               TrendTrace::segments);
 }
 
 void TrendPlotWidget::drawSeriesSteps(QPainter& painter, const QRect& plot, double min, double max,
                                       qint64 t0) const
 {
-    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, Trace::kPenWidth, stepTrace);
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, TrendTrace::kPenWidth,
+               TrendTrace::steps);
 }
 
 void TrendPlotWidget::drawSeriesDownsampled(QPainter& painter, const QRect& plot, double min, double max,
                                             qint64 t0) const
 {
     qDebug("Downsampled");
-    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, 1.0, columnTrace);
+    drawTraces(painter, {plot, t0, m_settings.timeWindowMs, {min, max}}, 1.0, TrendTrace::columns);
 }
 
 QStringList TrendPlotWidget::readingsAt(qint64 tMs, qint64 nowMs) const

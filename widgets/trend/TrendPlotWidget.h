@@ -16,8 +16,8 @@
 
 #include <utility>
 
-struct Trace;
 struct TrendAxes;
+struct TrendTrace;
 
 // Signals against time, scrolling from now on the right to now minus the time window on the left. Live, now
 // is the wall clock; in a replay it is set from outside. It keeps its own samples (TrendIntake) and draws
@@ -116,8 +116,8 @@ protected:
 private:
     void followAssignment();
 
-    using Tracer = Trace (*)(const TrendSeries&, const TrendAxes&);
-    void drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth, Tracer tracer) const;
+    using MakeTrace = TrendTrace (*)(const TrendSeries&, const TrendAxes&);
+    void drawTraces(QPainter& painter, const TrendAxes& axes, double penWidth, MakeTrace makeTrace) const;
     void drawCrosshair(QPainter& painter, const QRect& plot, qint64 t0, qint64 t1) const;
     void drawLegend(QPainter& painter, const QRect& plot);
 

@@ -21,7 +21,7 @@ struct TrendSample
 class TrendSeries
 {
 public:
-    /// More would take over 200 MB for one signal: the oldest give way then.
+    /// Beyond it the oldest give way: more would take over 200 MB for one signal.
     static constexpr qsizetype kMaxSamples = 10'000'000;
 
     bool isEmpty() const { return m_samples.empty(); }

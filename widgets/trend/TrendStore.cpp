@@ -59,7 +59,7 @@ void TrendStore::pruneKeepingOne(qint64 cutoffMs)
     m_keptOneAt = cutoffMs;
 }
 
-// All of them for every value would cost the square of their number.
+// Pruning all of them for every value would cost the square of their number.
 void TrendStore::pruneAfterAppend(TrendSeries& series, qint64 cutoffMs)
 {
     if (std::abs(cutoffMs - m_keptOneAt) >= kPruneOthersMs)

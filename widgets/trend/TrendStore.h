@@ -9,8 +9,8 @@
 
 #include <unordered_map>
 
-// All the samples of a trend plot: one series per signal, which signals are taken, and how old samples go.
-// Times are milliseconds on one axis that the plot chooses; this has no clock of its own.
+// All the samples of a trend plot: one series per signal, which signals are taken, and how old samples are
+// dropped. Times are milliseconds on one axis that the plot chooses; this has no clock of its own.
 class TrendStore
 {
 public:

@@ -3,15 +3,20 @@
 #include "definitions/numbers/FileNumbers.h"
 #include "widgets/trend/TrendSeries.h"
 
+#include <QColor>
+#include <QPainter>
+#include <QPen>
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace {
 
 constexpr int kNowhere = -1'000'000'000;
 constexpr int kShortestArea = 24; ///< pixels
-constexpr int kFarOff = 100'000;  ///< pixels; further off the plot no line needs to lead
+constexpr int kFarOff = 100'000;  ///< pixels; no line needs to lead further off the plot
 
 /// The samples of one pixel column; the values in it as pixels, meaningless when empty.
 struct Column
@@ -71,7 +76,7 @@ void forEachColumn(const TrendSeries& series, const TrendAxes& axes, qsizetype b
         const int x = axes.x(series.at(begin).tMs);
         const qsizetype next = endOfColumn(series, axes, x, begin + 1, end, std::min(begin + usual, end));
         usual = next - begin;
-        // Of hours of samples, where the next columns end is not in the cache.
+        // With hours of samples the ends of the next columns are not in the cache.
         series.prefetch(next + 2 * usual);
         const auto first = pixelOf(axes, series.at(begin).value);
         if (next == begin + 1) {
@@ -104,7 +109,7 @@ class Tracer
 public:
     Tracer() { m_trace.lines.reserve(32); }
 
-    /// What leads to the column, if anything, and not vertically.
+    /// The line that leads to a column; never a vertical one.
     void addLine(const QLine& line) { m_trace.lines.append(line); }
 
     /// A vertical line of the column. Whether many stand side by side is known from the second one on.
@@ -117,8 +122,8 @@ public:
             addLine(QLine(column.x, top, column.x, bottom));
             return;
         }
-        // What the pen covers: lines and their ends stand out by half its width.
-        constexpr double kHalf = Trace::kPenWidth / 2;
+        // The pen covers half its width on every side of a line, its ends included.
+        constexpr double kHalf = TrendTrace::kPenWidth / 2;
         const QRectF area(QPointF(column.x - kHalf, top - kHalf), QPointF(column.x + kHalf, bottom + kHalf));
         QRectF* const last = m_trace.areas.isEmpty() ? nullptr : &m_trace.areas.last();
         if (last && last->right() == area.right() - 1 && last->top() == area.top() &&
@@ -128,16 +133,16 @@ public:
             m_trace.areas.append(area);
     }
 
-    Trace take() { return std::move(m_trace); }
+    TrendTrace take() { return std::move(m_trace); }
 
 private:
-    Trace m_trace;
+    TrendTrace m_trace;
     int m_lastDense = kNowhere; ///< the column of the last line, if it is dense
 };
 
 } // namespace
 
-Trace segmentTrace(const TrendSeries& series, const TrendAxes& axes)
+TrendTrace TrendTrace::segments(const TrendSeries& series, const TrendAxes& axes)
 {
     const qsizetype begin = series.indexAtOrAfter(axes.t0);
     const qsizetype end = series.indexAtOrAfter(axes.t1() + 1);
@@ -162,7 +167,7 @@ Trace segmentTrace(const TrendSeries& series, const TrendAxes& axes)
     return tracer.take();
 }
 
-Trace stepTrace(const TrendSeries& series, const TrendAxes& axes)
+TrendTrace TrendTrace::steps(const TrendSeries& series, const TrendAxes& axes)
 {
     if (series.isEmpty())
         return {};
@@ -172,7 +177,7 @@ Trace stepTrace(const TrendSeries& series, const TrendAxes& axes)
     const TrendSample& held = series.at(begin - 1);
     int x = axes.x(std::max(held.tMs, axes.t0));
     std::optional<int> y = pixelOf(axes, held.value);
-    bool risen = false; // a vertical line at x ends what leads there
+    bool risen = false; // a vertical line stands at x
     forEachColumn(series, axes, begin, end, [&](const Column& column) {
         const int top = std::min(column.top, y.value_or(column.top));
         const int bottom = std::max(column.bottom, y.value_or(column.bottom));
@@ -192,9 +197,9 @@ Trace stepTrace(const TrendSeries& series, const TrendAxes& axes)
     return tracer.take();
 }
 
-Trace columnTrace(const TrendSeries& series, const TrendAxes& axes)
+TrendTrace TrendTrace::columns(const TrendSeries& series, const TrendAxes& axes)
 {
-    Trace trace;
+    TrendTrace trace;
     if (series.size() < 2)
         return trace;
     const auto pixel = [&axes](double value) {
@@ -203,7 +208,7 @@ Trace columnTrace(const TrendSeries& series, const TrendAxes& axes)
     };
     qsizetype from = series.indexAtOrAfter(axes.t0);
     while (from < series.size()) {
-        // What is later than the right edge counts to the last column.
+        // Samples later than the right edge count towards the last column.
         const int x = std::min(axes.x(series.at(from).tMs), axes.plot.right());
         const qsizetype next = x == axes.plot.right()
                                    ? series.size()
@@ -214,4 +219,15 @@ Trace columnTrace(const TrendSeries& series, const TrendAxes& axes)
         from = next;
     }
     return trace;
+}
+
+void TrendTrace::paint(QPainter& painter, const QColor& color, double penWidth) const
+{
+    painter.setPen(QPen(color, penWidth));
+    painter.drawLines(lines);
+    painter.setRenderHint(QPainter::Antialiasing, false); // whole pixels
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRects(areas);
+    painter.setRenderHint(QPainter::Antialiasing, true);
 }

@@ -7,9 +7,11 @@
 #include <QList>
 #include <QRectF>
 
+class QColor;
+class QPainter;
 class TrendSeries;
 
-// From the samples of one signal to what shows it: pure functions, without painter or widget. Samples that
+// From the samples of one signal to the lines that show it: pure functions of samples and axes. Samples that
 // fall into one pixel column become one vertical line over all that they cover, joined to its neighbours at
 // the first and the last of them: the same pixels as a line from sample to sample, at a cost that is bounded
 // by the columns. A sample alone in its column is drawn as it is. NaN interrupts the trace, though not within
@@ -28,22 +30,26 @@ struct TrendAxes
     int y(double value) const { return ValueAxis::up(plot, values).pixel(value); }
 };
 
-/// What a trace is made of, to be drawn in one colour.
-struct Trace
+/// What the samples of one signal look like, to be drawn in one colour.
+struct TrendTrace
 {
-    QList<QLine> lines; ///< for the pen, whose width is kPenWidth
-    /// Where many vertical lines stand side by side: what the pen covers, to be filled without antialiasing
-    /// at a fraction of the cost. On a device of one pixel per unit these are the very pixels, else at most
-    /// one pixel more or less at the edges.
+    QList<QLine> lines; ///< for the pen
+    /// Where many vertical lines stand side by side: what a pen of kPenWidth covers, to be filled without
+    /// antialiasing at a fraction of the cost. On a device of one pixel per unit these are the very pixels,
+    /// else at most one pixel more or less at the edges.
     QList<QRectF> areas;
 
     static constexpr double kPenWidth = 1.5;
-};
 
-/// Straight lines from sample to sample, from the left edge on. Nothing when no sample lies in the window.
-Trace segmentTrace(const TrendSeries& series, const TrendAxes& axes);
-/// Every value is held until the next one, the last one until now.
-Trace stepTrace(const TrendSeries& series, const TrendAxes& axes);
-/// One vertical line per column, from the smallest to the largest value in it. Values off the scale lead off
-/// the plot.
-Trace columnTrace(const TrendSeries& series, const TrendAxes& axes);
+    /// Straight lines from sample to sample, from the left edge on. Nothing when no sample lies in the
+    /// window.
+    static TrendTrace segments(const TrendSeries& series, const TrendAxes& axes);
+    /// Every value is held until the next one, the last one until now.
+    static TrendTrace steps(const TrendSeries& series, const TrendAxes& axes);
+    /// One vertical line per column, from the smallest to the largest value in it. Values off the scale lead
+    /// off the plot.
+    static TrendTrace columns(const TrendSeries& series, const TrendAxes& axes);
+
+    /// On a painter that antialiases, and does so again afterwards.
+    void paint(QPainter& painter, const QColor& color, double penWidth) const;
+};

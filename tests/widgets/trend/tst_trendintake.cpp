@@ -125,7 +125,7 @@ private Q_SLOTS:
     void forgetsTheFutureWhenTimeGoesBack()
     {
         Filled filled;
-        for (int i = 3; i < 6; ++i) // a seek without a word
+        for (int i = 3; i < 6; ++i) // a seek that nobody announced
             filled.intake.addTimed("A", -i, i);
         QCOMPARE(timesOf(filled.intake), seconds(0, 3) + seconds(3, 5));
         QCOMPARE(filled.intake.store().find("A")->last().value, -5.0);

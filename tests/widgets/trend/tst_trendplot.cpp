@@ -61,7 +61,7 @@ QList<QLine> everySample(const TrendSeries& series, const TrendAxes& axes, bool 
     return lines;
 }
 
-QImage drawn(const Trace& trace, bool antialiased, int ratio = 1)
+QImage drawn(const TrendTrace& trace, bool antialiased, int ratio = 1)
 {
     QImage image(320 * ratio, 220 * ratio, QImage::Format_Grayscale8);
     image.setDevicePixelRatio(ratio);
@@ -184,8 +184,9 @@ private Q_SLOTS:
                 break; // drawing every sample takes long
             const TrendSeries series = samplesOf(shape, samples, 600'000, 42);
             const TrendAxes axes{kPlot, 0, series.last().tMs, {-10.0, 10.0}};
-            const Trace trace = steps ? stepTrace(series, axes) : segmentTrace(series, axes);
-            const Trace all{everySample(series, axes, steps), {}};
+            const TrendTrace trace =
+                steps ? TrendTrace::steps(series, axes) : TrendTrace::segments(series, axes);
+            const TrendTrace all{everySample(series, axes, steps), {}};
             QVERIFY(trace.lines.size() + trace.areas.size() <= 3 * kPlot.width());
             QCOMPARE(drawn(trace, false), drawn(all, false));
             QCOMPARE(reach(drawn(trace, true)), reach(drawn(all, true)));
@@ -203,12 +204,13 @@ private Q_SLOTS:
         series.append({-5000, 5.0});
         const TrendAxes axes{kPlot, 0, 10'000, {0.0, 10.0}};
         const int middle = axes.y(5.0);
-        QCOMPARE(stepTrace(series, axes).lines, {QLine(10, middle, 309, middle)});
-        QVERIFY(columnTrace(series, {kPlot, -6000, 10'000, {0.0, 10.0}}).lines.isEmpty());
-        QCOMPARE(segmentTrace(series, axes).lines, {});
+        QCOMPARE(TrendTrace::steps(series, axes).lines, {QLine(10, middle, 309, middle)});
+        QVERIFY(TrendTrace::columns(series, {kPlot, -6000, 10'000, {0.0, 10.0}}).lines.isEmpty());
+        QCOMPARE(TrendTrace::segments(series, axes).lines, {});
         series.append({5000, 10.0});
-        QCOMPARE(segmentTrace(series, axes).lines, {QLine(10, axes.y(7.5), axes.x(5000), axes.y(10.0))});
-        QCOMPARE(columnTrace(series, axes).lines, {QLine(axes.x(5000), 9, axes.x(5000), 9)});
+        QCOMPARE(TrendTrace::segments(series, axes).lines,
+                 {QLine(10, axes.y(7.5), axes.x(5000), axes.y(10.0))});
+        QCOMPARE(TrendTrace::columns(series, axes).lines, {QLine(axes.x(5000), 9, axes.x(5000), 9)});
     }
 
     void placesTimesAndTicks()

@@ -1,4 +1,4 @@
-#include "widgets/trend/MarkerLabelEditor.h"
+#include "widgets/trend/TrendMarkerLabelEditor.h"
 
 #include <QGuiApplication>
 #include <QLineEdit>
@@ -11,12 +11,12 @@ namespace {
 
 constexpr int kMargin = 8;
 constexpr QPoint kOffset(8, 8);
-constexpr int kMinimumEditWidth = 260; ///< the hint in the empty field is to be read whole
+constexpr int kMinimumEditWidth = 260; ///< the hint in the empty field fits
 
 } // namespace
 
 // Its parent usually stands on a canvas; without the bypass it would be drawn there and cut off with it.
-MarkerLabelEditor::MarkerLabelEditor(const QString& label, QWidget* parent)
+TrendMarkerLabelEditor::TrendMarkerLabelEditor(const QString& label, QWidget* parent)
     : QDialog(parent, Qt::Popup | Qt::BypassGraphicsProxyWidget)
     , m_edit(new QLineEdit(label, this))
 {
@@ -29,10 +29,10 @@ MarkerLabelEditor::MarkerLabelEditor(const QString& label, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     layout->addWidget(m_edit);
-    connect(m_edit, &QLineEdit::returnPressed, this, &MarkerLabelEditor::enter);
+    connect(m_edit, &QLineEdit::returnPressed, this, &TrendMarkerLabelEditor::enter);
 }
 
-void MarkerLabelEditor::showNear(const QPoint& globalPos)
+void TrendMarkerLabelEditor::showNear(const QPoint& globalPos)
 {
     adjustSize();
     QPoint corner = globalPos + kOffset;
@@ -50,7 +50,7 @@ void MarkerLabelEditor::showNear(const QPoint& globalPos)
     m_edit->selectAll();
 }
 
-void MarkerLabelEditor::enter()
+void TrendMarkerLabelEditor::enter()
 {
     Q_EMIT labelEntered(m_edit->text());
     close();

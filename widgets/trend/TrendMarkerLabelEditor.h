@@ -5,13 +5,13 @@
 class QLineEdit;
 
 // The small pop-up in which the label of a marker is typed. Return hands the text over by a signal and closes
-// it; Esc or a click outside closes it without. It destroys itself when it closes.
-class MarkerLabelEditor : public QDialog
+// it; Esc or a click outside closes it and says nothing. It destroys itself when it closes.
+class TrendMarkerLabelEditor : public QDialog
 {
     Q_OBJECT
 
 public:
-    explicit MarkerLabelEditor(const QString& label, QWidget* parent);
+    explicit TrendMarkerLabelEditor(const QString& label, QWidget* parent);
 
     /// Shows it a little right of and below a place on the screen, moved as far as needed to be seen whole.
     void showNear(const QPoint& globalPos);
