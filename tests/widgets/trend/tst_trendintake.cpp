@@ -24,7 +24,7 @@ QList<qint64> seconds(int first, int last)
 {
     QList<qint64> times;
     for (int second = first; second <= last; ++second)
-        times.append(second * 1000);
+        times.append(second * qint64(1000));
     return times;
 }
 
