@@ -35,7 +35,7 @@ TrendPlotWidget::TrendPlotWidget(QWidget* parent)
                   "Alt+Left on legend: hide/show channel"));
     connect(this, &DashboardWidget::assignmentChanged, this, &TrendPlotWidget::followAssignment);
     connect(&m_markerPopups, &TrendMarkerPopups::markersChanged, this, qOverload<>(&QWidget::update));
-    settingsChanged();
+    TrendPlotWidget::settingsChanged();
     m_idleTimer.setInterval(kTickIntervalMs);
     m_idleTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_idleTimer, &QTimer::timeout, this, &TrendPlotWidget::idleTick);
