@@ -38,7 +38,7 @@ ChosenRecording::ChosenRecording(SignalPlaybackEngine* engine, ActiveDefinitions
 {
     connect(useItsDefinitions, &QCheckBox::toggled, this, [this] {
         if (!m_path.isEmpty())
-            selectDefinitions(m_path);
+            selectActiveSignalParserFor(m_path);
     });
     connect(definitions, &ActiveDefinitions::changed, this, &ChosenRecording::handOverStateGroups);
     handOverStateGroups();
@@ -49,10 +49,10 @@ ChosenRecording::ChosenRecording(SignalPlaybackEngine* engine, ActiveDefinitions
 void ChosenRecording::choose(const QString& path)
 {
     m_path = path;
-    updateDisplay();
+    updatePlaybackFileDisplay();
 }
 
-void ChosenRecording::updateDisplay()
+void ChosenRecording::updatePlaybackFileDisplay()
 {
     const QString name = QFileInfo(m_path).fileName();
     m_fileLabel->setText(name.isEmpty() ? tr("No file selected") : name);
@@ -70,7 +70,7 @@ QString ChosenRecording::askForFile() const
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
-bool ChosenRecording::select()
+bool ChosenRecording::selectPlaybackFile()
 {
     if (m_engine->isLoading())
         return false;
@@ -80,21 +80,21 @@ bool ChosenRecording::select()
     choose(path);
     if (loadOrWarn() != Loading::Loaded)
         return false;
-    prepareDefinitions(m_path);
+    prepareSignalParserForPlaybackFile(m_path);
     return true;
 }
 
 bool ChosenRecording::open(const QString& path)
 {
     choose(path);
-    prepareDefinitions(path);
+    prepareSignalParserForPlaybackFile(path);
     return loadOrWarn() == Loading::Loaded;
 }
 
 void ChosenRecording::showRecorded(const QString& path)
 {
     choose(path);
-    selectDefinitions(path);
+    selectActiveSignalParserFor(path);
     load();
     m_engine->resetStartTime();
 }
@@ -103,21 +103,21 @@ void ChosenRecording::showRecorded(const QString& path)
 
 ChosenRecording::Loading ChosenRecording::reload()
 {
-    selectDefinitions(m_path);
+    selectActiveSignalParserFor(m_path);
     return loadOrWarn();
 }
 
-bool ChosenRecording::ensureLoaded()
+bool ChosenRecording::ensurePlaybackLoaded()
 {
     if (m_engine->hasFrames())
         return true;
     if (m_path.isEmpty())
         return false;
-    selectDefinitions(m_path);
+    selectActiveSignalParserFor(m_path);
     if (load() != Loading::Loaded)
         return false;
     m_engine->resetStartTime();
-    updateDisplay();
+    updatePlaybackFileDisplay();
     return m_engine->hasFrames();
 }
 
@@ -125,7 +125,7 @@ std::shared_ptr<const SignalRecording> ChosenRecording::forExport(const QString&
 {
     if (m_engine->isLoading()) // what is loaded is not what is chosen
         return nullptr;
-    if (ensureLoaded())
+    if (ensurePlaybackLoaded())
         return m_engine->recording();
     if (!m_engine->wasLoadCancelled())
         QMessageBox::information(m_dialogParent, boxTitle, tr("No playback data loaded."));
@@ -180,7 +180,7 @@ bool ChosenRecording::loadFile(const QString& path)
 
 // --- Its definitions ---------------------------------------------------------------------------------------
 
-void ChosenRecording::prepareDefinitions(const QString& path)
+void ChosenRecording::prepareSignalParserForPlaybackFile(const QString& path)
 {
     m_definitions->discardRecording();
     if (!m_useItsDefinitions->isChecked())
@@ -202,9 +202,9 @@ void ChosenRecording::prepareDefinitions(const QString& path)
     Q_EMIT statusMessage(tr("Using recording’s signal definitions."), kChosenMessageMs);
 }
 
-void ChosenRecording::selectDefinitions(const QString& path)
+void ChosenRecording::selectActiveSignalParserFor(const QString& path)
 {
-    prepareDefinitions(path);
+    prepareSignalParserForPlaybackFile(path);
     handOverStateGroups();
     Q_EMIT reapplyRequested();
 }

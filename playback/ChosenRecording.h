@@ -31,11 +31,11 @@ public:
     /// The folder whose recordings the dialog offers. Empty without a project.
     void setProjectFolder(const QString& dir) { m_projectFolder = dir; }
     /// Shows the file's name.
-    void updateDisplay();
+    void updatePlaybackFileDisplay();
 
     /// Lets the user choose a recording and loads it. False when that cannot be: after a box, when cancelled,
     /// or while another one is loading. True also when the user chooses none.
-    bool select();
+    bool selectPlaybackFile();
     /// Chooses that recording, with its definitions, and loads it. False after a box or when cancelled.
     [[nodiscard]] bool open(const QString& path);
     /// Chooses its definitions anew and loads it if the engine does not hold it as the file is now. Failed
@@ -44,16 +44,16 @@ public:
     /// Makes a recording that was just written the chosen one and loads it, without a box.
     void showRecorded(const QString& path);
     /// Whether the engine holds a recording, loading the chosen one when it does not, without a box.
-    bool ensureLoaded();
+    bool ensurePlaybackLoaded();
     /// The loaded recording, loading the chosen one when there is none; null after a box of that title that
-    /// says so, or when the loading was cancelled.
+    /// says so, or when the load was cancelled.
     std::shared_ptr<const SignalRecording> forExport(const QString& boxTitle);
 
     /// Makes the definitions of that recording the active ones if they are wanted and can be read, else the
     /// project's.
-    void prepareDefinitions(const QString& path);
+    void prepareSignalParserForPlaybackFile(const QString& path);
     /// The same; the engine and all that is shown follow.
-    void selectDefinitions(const QString& path);
+    void selectActiveSignalParserFor(const QString& path);
 
 Q_SIGNALS:
     /// A load begins, during which the window is alive.

@@ -59,7 +59,7 @@ void PlaybackController::enableSlider()
 
 void PlaybackController::selectPlaybackFile()
 {
-    if (m_recording.select())
+    if (m_recording.selectPlaybackFile())
         CanvasPlots::clearDataMarkers(*m_scene);
 }
 

@@ -61,20 +61,14 @@ public:
     /// Chooses that recording and replays it; asks for the mode by playRequested(), which must be answered
     /// before it returns.
     void startPlayback(const QString& path);
-    /// Whether the engine holds a recording, loading the chosen one when it does not.
-    bool ensurePlaybackLoaded() { return m_recording.ensureLoaded(); }
     /// The loaded recording, loading the chosen one when there is none; null after a box of that title that
-    /// says so, or when the loading was cancelled.
+    /// says so, or when the load was cancelled.
     std::shared_ptr<const SignalRecording> recordingToExport(const QString& boxTitle)
     {
         return m_recording.forExport(boxTitle);
     }
     /// Makes a recording that was just written the chosen one and loads it.
     void showRecorded(const QString& path) { m_recording.showRecorded(path); }
-    void prepareSignalParserForPlaybackFile(const QString& path) { m_recording.prepareDefinitions(path); }
-    void selectActiveSignalParserFor(const QString& path) { m_recording.selectDefinitions(path); }
-    /// Shows the name of the chosen recording.
-    void updatePlaybackFileDisplay() { m_recording.updateDisplay(); }
 
     // What the window does when it changes its mode, each before it tells the new one.
     void enterPlay();

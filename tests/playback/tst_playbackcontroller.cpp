@@ -155,18 +155,19 @@ private Q_SLOTS:
     void saysWhichDefinitionsAreUsed()
     {
         Rig rig;
-        rig.control.showRecorded(rig.write(u"a.rec"_s, "0 A=1\n"));
-        const QSignalSpy messages(&rig.control, &PlaybackController::statusMessage);
+        ChosenRecording chosen(&rig.engine, &rig.definitions, &rig.file, &rig.own, {});
+        chosen.showRecorded(rig.write(u"a.rec"_s, "0 A=1\n"));
+        const QSignalSpy messages(&chosen, &ChosenRecording::statusMessage);
         rig.own.setChecked(true); // the recording has none
         QDir(rig.dir.path()).mkdir(u"c.signals.h"_s);
-        rig.control.selectActiveSignalParserFor(rig.dir.filePath(u"c.rec"_s));
+        chosen.selectActiveSignalParserFor(rig.dir.filePath(u"c.rec"_s));
         rig.write(u"d.signals.h"_s, "DASHBOARD_STATE_GROUP(G, \"g\")\n");
-        rig.control.prepareSignalParserForPlaybackFile(rig.dir.filePath(u"d.rec"_s));
+        chosen.prepareSignalParserForPlaybackFile(rig.dir.filePath(u"d.rec"_s));
         QVERIFY(messages.size() == 3 && messages[1][0].toString().startsWith("Failed to parse"_L1));
         const QSignalSpy states(&rig.engine, &SignalPlaybackEngine::stateEvent);
         rig.engine.seekToTimestamp(5);
         QCOMPARE(states.size(), 1); // the group that has no state is cleared
-        rig.control.prepareSignalParserForPlaybackFile(rig.control.playbackFile());
+        chosen.prepareSignalParserForPlaybackFile(chosen.path());
         QVERIFY(!rig.definitions.active()); // not another recording's
     }
 
