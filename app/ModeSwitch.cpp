@@ -75,7 +75,7 @@ void ModeSwitch::change(Mode mode)
     }
     if (const auto leave = rowOf(m_mode).leave)
         (this->*leave)();
-    if (m_next) // the user has thought better of it while the old one was left
+    if (m_next) // asked for while the old one was left
         mode = *std::exchange(m_next, std::nullopt);
     else if (m_mode == Record && mode == Play && m_parts.engine->wasLoadCancelled())
         mode = Idle;

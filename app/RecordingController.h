@@ -24,7 +24,7 @@ public:
     /// Begins a recording in the project's folder. False after a box that says why, and at once when one is
     /// running.
     [[nodiscard]] bool start();
-    /// Ends the recording, if one is running; to replay it, others are told of it by recorded().
+    /// Ends the recording, if one is running. When it is to be replayed, recorded() tells of it.
     void stop(bool toReplay);
 
 Q_SIGNALS:

@@ -403,7 +403,7 @@ void measureHostilePictures()
         };
         measureHostile("Image", name, load, {}, coloured);
     };
-    // About the largest that the toolkit loads, which allows for 128 MB of 4 bytes per pixel.
+    // About the largest that Qt loads, which allows for 128 MB of 4 bytes per pixel.
     const QString large = write("large.png", {5700, 5700}, QImage::Format_Indexed8);
     const QByteArrayList modes{"contain", "cover", "stretch", "actual"};
     for (int mode = 0; mode < modes.size(); ++mode)

@@ -36,7 +36,7 @@ QString startFolder(const QString& folder)
 QString base64(const QByteArray& bytes) { return QString::fromLatin1(bytes.toBase64()); }
 
 /// Whether a window whose toolbars all stand visibly at the top, and that has no docks, could have written
-/// that state. The toolkit believes the counts in it and would loop as often as they say, and a toolbar that
+/// that state. Qt believes the counts in it and would loop as often as they say, and a toolbar that
 /// a layout hid or moved away could not be got back.
 bool isUsableWindowState(const QByteArray& state)
 {

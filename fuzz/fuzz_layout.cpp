@@ -80,7 +80,7 @@ QJsonArray savedItems(const QString& path)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // Never destroyed: the toolkit does not outlive main().
+    // Never destroyed: Qt does not outlive main().
     static Fixture& fixture = *new Fixture;
     static const QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("in.json"));

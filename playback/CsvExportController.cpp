@@ -97,7 +97,8 @@ QString CsvExportController::askForFile(const QString& defaultName) const
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
-CsvResult CsvExportController::writeFile(const QString& path, const QString& title, const Writer& writer) const
+CsvResult CsvExportController::writeFile(const QString& path, const QString& title,
+                                         const Writer& writer) const
 {
     const QFileInfo existing(path);
     // Without its fallback to writing in place: what is there must survive a cancelled export.

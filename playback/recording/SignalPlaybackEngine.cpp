@@ -58,12 +58,12 @@ bool SignalPlaybackEngine::loadFromFile(const QString& path)
     m_recording = std::move(recording);
     m_values = RecordingValues(m_recording.get());
     m_loadedFile = hasFrames() ? file : FileStamp();
-    m_clock.invalidate(); // the loading is no time of the replay
+    m_clock.invalidate(); // loading takes no time of the replay
     ++m_jumps;
     return hasFrames();
 }
 
-// What the file holds; nothing when it cannot be read or the loading was cancelled.
+// What the file holds; nothing when it cannot be read or the load was cancelled.
 SignalRecording SignalPlaybackEngine::readRecording(const QString& path)
 {
     RecordingReader reader(path);

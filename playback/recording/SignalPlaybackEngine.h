@@ -32,7 +32,7 @@ public:
     /// loadProgressed() between slices, in which cancelLoading() may be called; the replay stands still
     /// meanwhile. False at once when called from there.
     bool loadFromFile(const QString& path);
-    /// Ends a loading that is under way as if the file could not be read.
+    /// Ends a load in progress as if the file could not be read.
     void cancelLoading();
     bool isLoading() const { return m_loading; }
     /// Whether the last loadFromFile() returned false because it was cancelled.
@@ -90,7 +90,7 @@ Q_SIGNALS:
     /// Play time on a scale of 0 to kPositionSteps, where the end is the largest time.
     void positionChanged(int step);
     void playbackFinished();
-    /// Between two slices of a loading; 0 to 1.
+    /// Between two slices of a load; 0 to 1.
     void loadProgressed(double fraction);
 
 private:

@@ -12,7 +12,7 @@ constexpr std::size_t kBlockFrames = 1024;
 // little.
 constexpr std::size_t kMinSnapshotValues = 4096;
 
-// The toolkit's comparison is a call of its own, which took a tenth of the time of loading.
+// Qt's comparison is a call of its own, which shows when a long recording is loaded.
 bool isSame(QStringView left, QStringView right)
 {
     return std::equal(left.utf16(), left.utf16() + left.size(), right.utf16(), right.utf16() + right.size());

@@ -106,7 +106,7 @@ private Q_SLOTS:
     void windowStateWithHugeCountsIsLeftAlone()
     {
         Desk desk;
-        // The toolkit would loop as often as these counts of toolbar lines and toolbars say.
+        // Qt would loop as often as these counts of toolbar lines and toolbars say.
         const QByteArray head = QByteArray::fromHex("000000ff00000000fd00000000") + QByteArray(24, '\0');
         for (const char* rest : {"fc7fffffff", "fc00000001000000027fffffff"}) {
             const QByteArray state = (head + QByteArray::fromHex(rest)).toBase64();

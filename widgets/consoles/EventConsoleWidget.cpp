@@ -22,7 +22,7 @@ constexpr qsizetype kFlushCharacters = 50'000; ///< about what is laid out in a 
 constexpr qsizetype kUsualLineLength = 60;
 constexpr int kFlushesToReplaceAll = 8;
 constexpr qint64 kFrameMs = 16;
-/// A slow flush (very many lines kept) takes about a fifth of the time.
+/// So that flushing takes a small part of the time, also where very many lines are kept.
 constexpr qint64 kPausePerFlushTime = 4;
 constexpr qint64 kMaxPauseMs = 500;
 

@@ -23,7 +23,7 @@ enum ScaleMode { Contain = 0, Cover = 1, Stretch = 2, ActualSize = 3 };
 
 constexpr qint64 kMaxPixels = 64'000'000;
 constexpr int kMaxSide =
-    65'535; ///< as in a JPEG; on absurdly long sides the toolkit's smooth scaling crashes
+    65'535; ///< as in a JPEG; on absurdly long sides Qt's smooth scaling crashes
 constexpr int kSmallestLevel = 512;   ///< longer side, in pixels
 constexpr int kMegabytesToRead = 256; ///< kMaxPixels of 32 bits
 constexpr int kInset = 2;
@@ -41,7 +41,7 @@ QImage readImage(const QString& file)
 {
     if (!QFileInfo(file).isFile()) // reading a pipe or a device might never end
         return {};
-    // The toolkit refuses more than 128 MB, which the photos of many cameras need. The limit is the whole
+    // Qt refuses more than 128 MB, which the photos of many cameras need. The limit is the whole
     // program's, but only pictures chosen by the user are that large.
     QImageReader::setAllocationLimit(kMegabytesToRead);
     QImageReader reader(file);

@@ -5,7 +5,7 @@
 #include <QStringList>
 
 // The short list of colours that decorative widgets offer and layouts store by name. It knows no other
-// names, and none of the toolkit's.
+// names, and none of Qt's.
 
 /// What stands for every other name.
 constexpr QLatin1String kOtherColor("Black");
