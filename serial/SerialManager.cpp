@@ -44,9 +44,7 @@ bool SerialManager::open(const OpenParams& params)
     m_port->setParity(params.parity);
     m_port->setStopBits(params.stopBits);
     m_port->setFlowControl(params.flowControl);
-    m_buffer.clear();
-    m_lineBegin = 0;
-    m_searched = 0;
+    m_received.clear();
     m_clockRunning = false;
     m_lost = false;
 
@@ -85,27 +83,13 @@ void SerialManager::refreshPorts() { Q_EMIT portsChanged(availablePorts()); }
 
 void SerialManager::onReadyRead() { receive(m_port->readAll()); }
 
-// Where the loop stands is kept in members and brought up to date before a line is parsed: whoever hears of
-// the line may reopen the port, or run an event loop in which more bytes arrive.
+// Whoever hears of a line may reopen the port, or run an event loop in which more bytes arrive: a line is
+// decoded before it is parsed, and the buffer knows where to go on.
 void SerialManager::receive(const QByteArray& bytes)
 {
-    m_buffer.append(bytes);
-    for (;;) {
-        const qsizetype lineFeed = m_buffer.indexOf('\n', m_searched);
-        if (lineFeed < 0)
-            break;
-        const QString line =
-            decodedLine(QByteArrayView(m_buffer).sliced(m_lineBegin, lineFeed - m_lineBegin));
-        m_lineBegin = lineFeed + 1;
-        m_searched = m_lineBegin;
-        parseLine(line);
-    }
-    if (m_lineBegin == m_buffer.size())
-        m_buffer.clear(); // the next bytes are taken over without a copy
-    else
-        m_buffer.remove(0, m_lineBegin);
-    m_lineBegin = 0;
-    m_searched = m_buffer.size();
+    m_received.append(bytes);
+    for (QByteArrayView line; m_received.takeLine(line);)
+        parseLine(decodedLine(line));
 }
 
 void SerialManager::parseLine(const QString& line)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "serial/line/LineBuffer.h"
 #include "serial/line/LineValues.h"
 
 #include <QByteArray>
@@ -83,12 +84,10 @@ private:
     double defaultTimestamp() const;
 
     QSerialPort* m_port;
-    QByteArray m_buffer;   // what has not been parsed yet, from m_lineBegin on
+    LineBuffer m_received;
     QElapsedTimer m_clock; // since the last successful open
     bool m_clockRunning = false;
 
-    qsizetype m_lineBegin = 0; // where the next line begins in the buffer
-    qsizetype m_searched = 0;  // up to here the buffer holds no further line feed
     LineValues m_values;
     QString m_portName;
     bool m_opening = false;

@@ -53,30 +53,22 @@ bool RecordingReader::readSlice(int milliseconds)
 // Takes the next line, or reads a piece of the file to find its end in; false when nothing is left.
 bool RecordingReader::step()
 {
-    const qsizetype lineFeed = m_buffer.indexOf('\n', m_searched);
-    if (lineFeed >= 0) {
-        addLine(QByteArrayView(m_buffer).sliced(m_lineBegin, lineFeed - m_lineBegin));
-        m_lineBegin = m_searched = lineFeed + 1;
+    if (QByteArrayView line; m_lines.takeLine(line)) {
+        addLine(line);
         return true;
     }
     if (readPiece())
         return true;
-    addLine(QByteArrayView(m_buffer).sliced(m_lineBegin)); // the last line may have no line feed
-    m_buffer.clear();
-    m_lineBegin = m_searched = 0;
+    addLine(m_lines.rest()); // the last line may have no line feed
+    m_lines.clear();
     return false;
 }
 
 bool RecordingReader::readPiece()
 {
-    m_buffer.remove(0, m_lineBegin);
-    m_lineBegin = 0;
-    m_searched = m_buffer.size();
     if (!m_file.isOpen())
         return false;
-    m_buffer.resize(m_searched + kPieceBytes);
-    const qint64 count = m_file.read(m_buffer.data() + m_searched, kPieceBytes);
-    m_buffer.resize(m_searched + std::max(count, qint64(0)));
+    const qint64 count = m_lines.readFrom(m_file, kPieceBytes);
     m_failed = count < 0;
     if (count <= 0)
         m_file.close();
@@ -118,7 +110,7 @@ double RecordingReader::progress() const
 {
     if (!m_file.isOpen())
         return 1.0;
-    const auto done = double(m_file.pos() - (m_buffer.size() - m_lineBegin));
+    const auto done = double(m_file.pos() - m_lines.rest().size());
     return std::clamp(done / double(std::max(m_fileSize, qint64(1))), 0.0, 1.0); // the file may grow
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "playback/recording/SignalRecording.h"
+#include "serial/line/LineBuffer.h"
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QFile>
 #include <QString>
 
@@ -33,8 +34,6 @@ private:
     QFile m_file;
     qint64 m_fileSize = 0;
     bool m_failed = false;
-    QByteArray m_buffer;
-    qsizetype m_lineBegin = 0; // in the buffer; the lines before it have been read
-    qsizetype m_searched = 0;  // in the buffer; there is no line feed between m_lineBegin and this
+    LineBuffer m_lines;
     SignalRecording m_recording;
 };
