@@ -1,9 +1,11 @@
 #pragma once
 
+#include "serial/line/ReusedValueMap.h"
+
 #include <QMap>
 #include <QString>
 
-#include <vector>
+#include <cstddef>
 
 class SignalRecording;
 
@@ -20,12 +22,10 @@ public:
     const QMap<QString, double>& at(qsizetype frame);
 
 private:
-    void keepListenersCopy();
     void restore(qsizetype valueCount);
     void setNumber(std::size_t key, double number);
 
     const SignalRecording* m_recording;
-    QMap<QString, double> m_values;
-    std::vector<double*> m_cells; // per key its place in the map
-    qsizetype m_valueCount = 0;   // how many values of the recording are in the map
+    ReusedValueMap m_values;    // its keys are numbered as the recording's
+    qsizetype m_valueCount = 0; // how many values of the recording are in the map
 };

@@ -22,39 +22,30 @@ bool isWorthKeeping(std::span<const LineValues::KeyedNumber> numbers)
 
 QMap<QString, double> LineValues::toMap(std::span<const KeyedNumber> numbers)
 {
-    Shape* shape = find(numbers);
-    if (!shape) {
-        if (!isWorthKeeping(numbers)) {
-            QMap<QString, double> map;
-            for (const KeyedNumber& number : numbers)
-                map.insert(number.key.toString(), number.number);
-            return map;
-        }
-        m_latest = m_oldest;
-        m_oldest = (m_oldest + 1) % kMaxShapes;
-        shape = &m_shapes[m_latest];
-        shape->keys.clear();
-        for (const KeyedNumber& number : numbers)
-            shape->keys.push_back(number.key.toString());
-        buildMap(*shape);
-    } else if (!shape->map.isDetached()) {
-        buildMap(*shape);
+    if (ReusedValueMap* shape = find(numbers)) {
+        shape->detach();
+        for (std::size_t i = 0; i < numbers.size(); ++i)
+            shape->set(i, numbers[i].number);
+        return shape->map();
     }
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        *shape->cells[i] = numbers[i].number;
-    return shape->map;
+    if (isWorthKeeping(numbers))
+        return keep(numbers).map();
+    QMap<QString, double> map;
+    for (const KeyedNumber& number : numbers)
+        map.insert(number.key.toString(), number.number);
+    return map;
 }
 
 // Devices print their kinds of line in turn, and a shape follows the one that was seen before it.
-LineValues::Shape* LineValues::find(std::span<const KeyedNumber> numbers)
+ReusedValueMap* LineValues::find(std::span<const KeyedNumber> numbers)
 {
     const auto sameKey = [](const QString& key, const KeyedNumber& number) {
         return QStringView(key) == number.key;
     };
     for (std::size_t i = 0; i < kMaxShapes; ++i) {
         const std::size_t at = (m_latest + i) % kMaxShapes;
-        Shape& shape = m_shapes[at];
-        if (std::ranges::equal(shape.keys, numbers, sameKey)) {
+        ReusedValueMap& shape = m_shapes[at];
+        if (std::ranges::equal(shape.keys(), numbers, sameKey)) {
             m_latest = at;
             return &shape;
         }
@@ -62,10 +53,13 @@ LineValues::Shape* LineValues::find(std::span<const KeyedNumber> numbers)
     return nullptr;
 }
 
-void LineValues::buildMap(Shape& shape)
+const ReusedValueMap& LineValues::keep(std::span<const KeyedNumber> numbers)
 {
-    shape.map = QMap<QString, double>();
-    shape.cells.clear();
-    for (const QString& key : shape.keys)
-        shape.cells.push_back(&shape.map.insert(key, 0.0).value());
+    m_latest = m_oldest;
+    m_oldest = (m_oldest + 1) % kMaxShapes;
+    ReusedValueMap& shape = m_shapes[m_latest];
+    shape.clear();
+    for (const KeyedNumber& number : numbers)
+        shape.append(number.key.toString(), number.number);
+    return shape;
 }
