@@ -94,13 +94,13 @@ public:
     void appendRow(QByteArray& text, double time) const
     {
         const qsizetype begin = text.size();
-        text.resize(begin + kTimeRoom + qsizetype(m_columns.size()) * (kValueRoom + 1));
-        char* to = writeTime(text.data() + begin, time);
+        text.resize(begin + kMaxTimeTextBytes + qsizetype(m_columns.size()) * (kMaxNumberTextBytes + 1));
+        char* to = writeTimeText(text.data() + begin, time);
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
             const CsvColumn& column = m_columns[i];
             const double value = m_held[m_keys[i]];
             *to++ = ',';
-            to = writeValue(to, column.mapping ? column.mapping->physical(value) : value);
+            to = writeNumberText(to, column.mapping ? column.mapping->physical(value) : value);
         }
         text.truncate(to - text.constData());
     }
@@ -267,7 +267,7 @@ CsvResult writeEventsCsv(QIODevice& device, const SignalRecording& recording,
     std::size_t state = 0;
     std::size_t error = 0;
     std::size_t message = 0;
-    char time[kTimeRoom];
+    char time[kMaxTimeTextBytes];
     RowWriter rows(device, keepGoing);
     rows.text().append("time,type,key,value,display\n");
     for (;;) {
@@ -276,7 +276,7 @@ CsvResult writeEventsCsv(QIODevice& device, const SignalRecording& recording,
         const qsizetype frame = std::min({stateFrame, errorFrame, frameOf(messages, message)});
         if (frame == frames)
             return rows.finish();
-        rows.text().append(time, writeTime(time, recording.timestamp(frame)) - time);
+        rows.text().append(time, writeTimeText(time, recording.timestamp(frame)) - time);
         if (stateFrame == frame)
             rows.text().append(texts.row(states[state++]));
         else if (errorFrame == frame)

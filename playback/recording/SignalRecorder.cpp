@@ -79,11 +79,11 @@ void SignalRecorder::writeValues(double t, const QMap<QString, double>& values)
 {
     writeLine(t, [&] {
         for (auto value = values.cbegin(); value != values.cend(); ++value) {
-            char* to = reserve(2 + m_toUtf8.requiredSpace(value.key().size()) + kValueRoom);
+            char* to = reserve(2 + m_toUtf8.requiredSpace(value.key().size()) + kMaxNumberTextBytes);
             *to++ = ' ';
             to = m_toUtf8.appendToBuffer(to, value.key());
             *to++ = '=';
-            endAt(writeValue(to, value.value()));
+            endAt(writeNumberText(to, value.value()));
         }
     });
 }
@@ -126,7 +126,7 @@ void SignalRecorder::writeLine(double t, const Fill& fill)
         m_time = time;
 
     const qsizetype begin = m_waiting.size();
-    endAt(writeTime(reserve(kTimeRoom), m_time));
+    endAt(writeTimeText(reserve(kMaxTimeTextBytes), m_time));
     fill();
     m_waiting.append('\n');
     // As long as the file takes nothing, only the timer tries: a line must not cost a system call.

@@ -7,7 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The grammar of a line, its numbers beside the toolkit's, and the value maps that are used again.
+// The grammar of a line, its numbers beside Qt's, and the value maps that are used again.
 class LineParserTest : public QObject
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ private Q_SLOTS:
     }
 
     // Lengths on both sides of every shortcut, with all that may stand before and after the digits.
-    void convertsExactlyWhatTheToolkitConverts()
+    void convertsExactlyWhatQtConverts()
     {
         QStringList texts = u"nan|-nan|NaN|inf|-inf|+inf|infinity|nan(1)|0x10|1_0|12,5|١٢|4.9e-324|2e-324|"
                             "2.2250738585072011e-308|0.1000000000000000055511151231257827"_s.split(u'|');
