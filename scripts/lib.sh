@@ -5,7 +5,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root" || exit 1
 
 # The names of Debian 12 and Ubuntu 24.04, and of later releases.
-build_packages=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-l10n-tools)
+build_packages=(g++ cmake ninja-build ccache mold qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-l10n-tools
+    libfast-float-dev)
 needed_qt=6.4
 needed_cmake=3.25
 
@@ -67,12 +68,12 @@ require_tools() {
     [ ${#missing[@]} -gt 0 ] || return 0
     cat >&2 <<EOF
 error: not found: ${missing[*]}
-There is no apt-get here, so please install a C++20 compiler, CMake $needed_cmake, Ninja and Qt $needed_qt with its
-serial port module and its linguist tools (and, better, ccache and mold). Without a display, and for
-the tests, Xvfb too; for the screenshot ImageMagick.
+There is no apt-get here, so please install a C++20 compiler, CMake $needed_cmake, Ninja, fast_float and Qt $needed_qt
+with its serial port module and its linguist tools (and, better, ccache and mold). Without a display, and
+for the tests, Xvfb too; for the screenshot ImageMagick.
     Fedora: gcc-c++ cmake ninja-build ccache mold qt6-qtbase-devel qt6-qtserialport-devel
-            qt6-qttools-devel xorg-x11-server-Xvfb ImageMagick
-    Arch:   base-devel cmake ninja ccache mold qt6-base qt6-serialport qt6-tools
+            qt6-qttools-devel fast_float-devel xorg-x11-server-Xvfb ImageMagick
+    Arch:   base-devel cmake ninja ccache mold qt6-base qt6-serialport qt6-tools fast_float
             xorg-server-xvfb imagemagick
 EOF
     exit 1

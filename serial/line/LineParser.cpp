@@ -2,9 +2,12 @@
 
 #include <QString>
 
-#include <charconv>
+#include <algorithm>
+#include <cmath>
+#include <fast_float/fast_float.h>
 #include <iterator>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -63,8 +66,24 @@ bool shortNumber(QStringView text, double& result)
     return true;
 }
 
-// Given nothing but digits, signs, point and exponent, from_chars accepts only what Qt accepts too,
-// and both round correctly. At most kMaxPlainNumber characters.
+// Whether a number that was read as zero says so: all digits before the exponent are zeros.
+bool saysZero(const char* begin, const char* end)
+{
+    const char* const at =
+        std::find_if(begin, end, [](char c) { return c == 'e' || c == 'E' || (c >= '1' && c <= '9'); });
+    return at == end || *at == 'e' || *at == 'E';
+}
+
+// Given nothing but digits, signs, point and exponent, fast_float accepts only what Qt accepts too, and both
+// round correctly. Not all of its versions refuse what is too large or too small for a double, as Qt does.
+bool plainNumber(const char* begin, const char* end, double& result)
+{
+    const auto [stop, error] = fast_float::from_chars(begin, end, result);
+    return error == std::errc() && stop == end && !std::isinf(result) &&
+           (result != 0.0 || saysZero(begin, end));
+}
+
+// At most kMaxPlainNumber characters.
 bool plainNumber(QStringView text, double& result)
 {
     char characters[kMaxPlainNumber];
@@ -74,12 +93,11 @@ bool plainNumber(QStringView text, double& result)
             return false;
         *end++ = char(c.unicode());
     }
-    const auto [stop, error] = std::from_chars(characters, end, result);
-    return error == std::errc() && stop == end;
+    return plainNumber(characters, end, result);
 }
 
 // Qt's conversion takes too long for a number of a hundred million characters. For one that is too long to be
-// nan or inf it differs from from_chars only in a leading plus and in U+2212 as a minus.
+// nan or inf it differs from fast_float only in a leading plus and in U+2212 as a minus.
 bool longNumber(QStringView text, double& result)
 {
     std::string characters;
@@ -94,9 +112,7 @@ bool longNumber(QStringView text, double& result)
     }
     if (characters.starts_with('+') && !characters.starts_with("+-"))
         characters.erase(0, 1);
-    const char* const end = characters.data() + characters.size();
-    const auto [stop, error] = std::from_chars(characters.data(), end, result);
-    return error == std::errc() && stop == end;
+    return plainNumber(characters.data(), characters.data() + characters.size(), result);
 }
 
 } // namespace
@@ -166,7 +182,7 @@ bool LineParser::nextWord(QStringView& word)
     return true;
 }
 
-// Qt's conversion, which decides in the end, takes many times as long as from_chars even with the copying,
+// Qt's conversion, which decides in the end, takes many times as long as fast_float even with the copying,
 // and a short number needs neither.
 bool LineParser::toNumber(QStringView text, double& number)
 {
