@@ -35,12 +35,14 @@ private Q_SLOTS:
             lines << line;
             if (line == u"A=1"_s)
                 manager.receive("\nA=3\nLEFT\nOUT");
-            else if (line == u"A=3"_s)
+            else if (line == u"A=3"_s) {
                 QVERIFY(manager.open({device.portName()})); // drops what waits
+                manager.receive("A=4\n");
+            }
         });
         manager.receive("A=1\nA=2\n");
         manager.receive("A=5\n");
-        QCOMPARE(lines, (QStringList{u"A=1"_s, u"A=2"_s, u"A=3"_s, u"A=5"_s}));
+        QCOMPARE(lines, (QStringList{u"A=1"_s, u"A=2"_s, u"A=3"_s, u"A=4"_s, u"A=5"_s}));
     }
 
     void takesALineOf100MegabytesInSmallReads()
