@@ -111,7 +111,7 @@ void ModeSwitch::exitDesignMode()
 bool ModeSwitch::enterRecordMode()
 {
     m_parts.playback->enterRecord();
-    if (!m_parts.recording->start())
+    if (!m_parts.recordingController->start())
         return false;
     qDebug("Record mode started");
     CanvasPlots::setExternalTimeEnabled(*m_parts.scene, false);
@@ -121,7 +121,7 @@ bool ModeSwitch::enterRecordMode()
 
 void ModeSwitch::exitRecordMode()
 {
-    m_parts.recording->stop(true);
+    m_parts.recordingController->stop(true);
     qDebug("Record mode ended");
 }
 

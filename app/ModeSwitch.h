@@ -29,7 +29,7 @@ public:
         DesignScene* scene = nullptr;
         ActiveDefinitions* definitions = nullptr;
         ValueRouter* router = nullptr;
-        RecordingController* recording = nullptr;
+        RecordingController* recordingController = nullptr;
         SignalPlaybackEngine* engine = nullptr;
         PlaybackController* playback = nullptr;
     };

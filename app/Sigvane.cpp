@@ -120,7 +120,7 @@ void Sigvane::setupLicense()
 void Sigvane::setupRecorder()
 {
     m_recorder = new SignalRecorder(this);
-    m_recording = new RecordingController(m_recorder, m_serial, m_scene, this);
+    m_recordingController = new RecordingController(m_recorder, m_serial, m_scene, this);
 }
 
 void Sigvane::setupStatusBar()
@@ -128,8 +128,8 @@ void Sigvane::setupStatusBar()
     m_status = new StatusLine(statusBar());
     auto* recording = new RecordingStatus(m_recorder, this);
     statusBar()->addPermanentWidget(recording);
-    connect(m_recording, &RecordingController::changed, recording, &RecordingStatus::refresh);
-    connect(m_recording, &RecordingController::statusMessage, m_status, &StatusLine::showMessage);
+    connect(m_recordingController, &RecordingController::changed, recording, &RecordingStatus::refresh);
+    connect(m_recordingController, &RecordingController::statusMessage, m_status, &StatusLine::showMessage);
     m_connection = new ConnectionStatus(this);
     statusBar()->addPermanentWidget(m_connection);
     connect(m_serialControls, &SerialControls::opened, m_connection, &ConnectionStatus::showOpened);
@@ -147,7 +147,8 @@ void Sigvane::setupPlayback()
                                                 m_positionBar->timeLabel(), m_recordingBar->speedBox(),
                                                 m_recordingBar->recordingDefinitionsBox()};
     m_playback = new PlaybackController(m_engine, m_scene, &m_definitions, controls, this);
-    connect(m_recording, &RecordingController::recorded, m_playback, &PlaybackController::showRecorded);
+    connect(m_recordingController, &RecordingController::recorded, m_playback,
+            &PlaybackController::showRecorded);
     connect(m_playback, &PlaybackController::reapplyRequested, m_router,
             &ValueRouter::reapplyMappingsToCurrentValues);
     connect(m_playback, &PlaybackController::statusMessage, m_status, &StatusLine::showMessage);
@@ -157,7 +158,8 @@ void Sigvane::setupPlayback()
 
 void Sigvane::setupModes()
 {
-    m_modes = new ModeSwitch({m_scene, &m_definitions, m_router, m_recording, m_engine, m_playback}, this);
+    m_modes = new ModeSwitch({m_scene, &m_definitions, m_router, m_recordingController, m_engine, m_playback},
+                             this);
     connect(m_modes, &ModeSwitch::designingChanged, m_palette, &QWidget::setEnabled);
     connect(m_modes, &ModeSwitch::changingChanged, m_status, &StatusLine::setModeChanging);
     connect(m_modes, &ModeSwitch::statusChanged, m_status, &StatusLine::showMode);
@@ -172,7 +174,8 @@ void Sigvane::setupProject()
     m_project = new ProjectFolder(&m_definitions, this);
     connect(&m_definitions, &ActiveDefinitions::projectChanged, this, &Sigvane::onProjectChanged);
     connect(m_project, &ProjectFolder::pathChanged, m_scene, &DesignScene::setProjectFolder);
-    connect(m_project, &ProjectFolder::pathChanged, m_recording, &RecordingController::setProjectFolder);
+    connect(m_project, &ProjectFolder::pathChanged, m_recordingController,
+            &RecordingController::setProjectFolder);
     connect(m_project, &ProjectFolder::pathChanged, m_playback, &PlaybackController::setProjectFolder);
     connect(m_project, &ProjectFolder::pathChanged, this,
             [this] { m_csvExport->setExportFolder(projFile(QStringLiteral("exports"))); });
@@ -248,9 +251,9 @@ void Sigvane::stopButton()
 
 void Sigvane::updateStopActionUi() { m_recordingBar->showPlaying(mode() == Play); }
 
-bool Sigvane::startRecording() { return m_recording->start(); }
+bool Sigvane::startRecording() { return m_recordingController->start(); }
 
-void Sigvane::stopRecording(bool reloadForPlayback) { m_recording->stop(reloadForPlayback); }
+void Sigvane::stopRecording(bool reloadForPlayback) { m_recordingController->stop(reloadForPlayback); }
 
 // Menus send an empty status tip when they open and close, which would wipe the status bar.
 bool Sigvane::event(QEvent* event) { return event->type() == QEvent::StatusTip || QMainWindow::event(event); }

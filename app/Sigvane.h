@@ -141,7 +141,7 @@ private:
     SerialControls* m_serialControls = nullptr;
     LicenseGate* m_license = nullptr;
     SignalRecorder* m_recorder = nullptr;
-    RecordingController* m_recording = nullptr;
+    RecordingController* m_recordingController = nullptr;
     SignalPlaybackEngine* m_engine = nullptr;
     PlaybackController* m_playback = nullptr;
     CsvExportController* m_csvExport = nullptr;

@@ -15,7 +15,7 @@ PlaybackController::PlaybackController(SignalPlaybackEngine* engine, const Desig
     , m_engine(engine)
     , m_scene(scene)
     , m_dialogParent(dialogParent)
-    , m_recording(engine, definitions, controls.file, controls.useRecordingDefinitions, dialogParent)
+    , m_chosenRecording(engine, definitions, controls.file, controls.useRecordingDefinitions, dialogParent)
     , m_scrubber(engine, scene, controls.position, controls.time)
 {
     connectRecording();
@@ -27,11 +27,12 @@ PlaybackController::PlaybackController(SignalPlaybackEngine* engine, const Desig
 
 void PlaybackController::connectRecording()
 {
-    connect(&m_recording, &ChosenRecording::aboutToLoad, &m_scrubber, &PositionScrubber::letGo);
-    connect(&m_recording, &ChosenRecording::loadEnded, this, &PlaybackController::enableSlider);
-    connect(&m_recording, &ChosenRecording::loadEnded, &m_scrubber, &PositionScrubber::refreshTime);
-    connect(&m_recording, &ChosenRecording::reapplyRequested, this, &PlaybackController::reapplyRequested);
-    connect(&m_recording, &ChosenRecording::statusMessage, this, &PlaybackController::statusMessage);
+    connect(&m_chosenRecording, &ChosenRecording::aboutToLoad, &m_scrubber, &PositionScrubber::letGo);
+    connect(&m_chosenRecording, &ChosenRecording::loadEnded, this, &PlaybackController::enableSlider);
+    connect(&m_chosenRecording, &ChosenRecording::loadEnded, &m_scrubber, &PositionScrubber::refreshTime);
+    connect(&m_chosenRecording, &ChosenRecording::reapplyRequested, this,
+            &PlaybackController::reapplyRequested);
+    connect(&m_chosenRecording, &ChosenRecording::statusMessage, this, &PlaybackController::statusMessage);
 }
 
 void PlaybackController::connectScrubber()
@@ -59,7 +60,7 @@ void PlaybackController::enableSlider()
 
 void PlaybackController::selectPlaybackFile()
 {
-    if (m_recording.selectPlaybackFile())
+    if (m_chosenRecording.selectPlaybackFile())
         CanvasPlots::clearDataMarkers(*m_scene);
 }
 
@@ -69,7 +70,7 @@ void PlaybackController::startPlayback(const QString& path)
         return;
     if (m_mode == Mode::Recording)
         Q_EMIT idleRequested(); // a recording that ends becomes the chosen one: let that come first
-    if (!m_recording.open(path))
+    if (!m_chosenRecording.open(path))
         return;
     Q_EMIT playRequested();
     if (m_mode != Mode::Playing)
@@ -86,11 +87,11 @@ void PlaybackController::startPlayback(const QString& path)
 void PlaybackController::enterPlay()
 {
     m_scrubber.letGo();
-    if (m_recording.path().isEmpty()) {
+    if (m_chosenRecording.path().isEmpty()) {
         QMessageBox::warning(m_dialogParent, tr("No File"), tr("No playback file selected."));
         return;
     }
-    if (m_recording.reload() == ChosenRecording::Loading::Cancelled) {
+    if (m_chosenRecording.reload() == ChosenRecording::Loading::Cancelled) {
         Q_EMIT idleRequested();
         return;
     }

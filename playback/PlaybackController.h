@@ -40,9 +40,9 @@ public:
                        const Controls& controls, QWidget* dialogParent);
 
     /// The chosen recording; empty until one is.
-    QString playbackFile() const { return m_recording.path(); }
+    QString playbackFile() const { return m_chosenRecording.path(); }
     /// Empty without a project.
-    void setProjectFolder(const QString& dir) { m_recording.setProjectFolder(dir); }
+    void setProjectFolder(const QString& dir) { m_chosenRecording.setProjectFolder(dir); }
     /// What the window is doing. A released slider resumes the replay only while playing, and must not reach
     /// into a recording.
     enum class Mode { Live, Recording, Playing, Paused };
@@ -65,10 +65,10 @@ public:
     /// says so, or when the load was cancelled.
     std::shared_ptr<const SignalRecording> recordingToExport(const QString& boxTitle)
     {
-        return m_recording.forExport(boxTitle);
+        return m_chosenRecording.forExport(boxTitle);
     }
     /// Makes a recording that was just written the chosen one and loads it.
-    void showRecorded(const QString& path) { m_recording.showRecorded(path); }
+    void showRecorded(const QString& path) { m_chosenRecording.showRecorded(path); }
 
     // What the window does when it changes its mode, each before it tells the new one.
     void enterPlay();
@@ -95,7 +95,7 @@ private:
     SignalPlaybackEngine* m_engine;
     const DesignScene* m_scene;
     QWidget* m_dialogParent;
-    ChosenRecording m_recording;
+    ChosenRecording m_chosenRecording;
     PositionScrubber m_scrubber;
 
     Mode m_mode = Mode::Live;

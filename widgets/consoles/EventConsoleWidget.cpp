@@ -111,15 +111,6 @@ void EventConsoleWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
 // What came before is still kept by the old limit.
 void EventConsoleWidget::settingsAboutToChange() { flushAll(); }
 
-// By hand, as OK takes the number that the editor shows, also for one from a layout that it cannot show.
-void EventConsoleWidget::applyConfigUI()
-{
-    if (maxLinesEditor())
-        setMaxLines(maxLinesEditor()->value());
-    if (autoScrollEditor())
-        setAutoScroll(autoScrollEditor()->isChecked());
-}
-
 bool EventConsoleWidget::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {

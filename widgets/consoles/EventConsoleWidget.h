@@ -35,7 +35,6 @@ public:
     void setValue(double) override {}
     void setValueForSignal(const QString&, double) override {}
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
-    void applyConfigUI() override;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -61,6 +60,16 @@ private:
 
     static constexpr int kMaxLines = 100'000;
 
+    /// OK takes the number that the editor shows, also for one from a layout that it cannot show.
+    class LinesSetting : public IntSetting
+    {
+    public:
+        using IntSetting::IntSetting;
+
+    protected:
+        int edited(const QSpinBox& editor) const override { return editor.value(); }
+    };
+
     int lineLimit() const;
     void setupEditor();
     /// Writes some of the pending events and trims.
@@ -77,10 +86,10 @@ private:
     void showContextMenu(const QPoint& position);
 
     QPointer<QTextEdit> m_editor;
-    IntSetting m_maxLines{settings(),
-                          "maxLines",
-                          500,
-                          {tr("Max lines:"), tr("How many of the newest lines are kept"), 50, kMaxLines}};
+    LinesSetting m_maxLines{settings(),
+                            "maxLines",
+                            500,
+                            {tr("Max lines:"), tr("How many of the newest lines are kept"), 50, kMaxLines}};
     BoolSetting m_autoScroll{
         settings(), "autoScroll", true, {tr("Auto-scroll"), tr("Keep the newest line in sight")}};
     bool m_selecting = false; ///< the left button is down in the editor

@@ -10,8 +10,8 @@ struct ChoiceRow
 {
     QString label;
     QString toolTip;
-    QStringList known;   ///< what a layout may say
-    QString otherwise;   ///< stands for any other name
+    QStringList known;           ///< what a layout may say
+    QString otherwise;           ///< stands for any other name
     QStringList offered = known; ///< what the dialog lists
 };
 

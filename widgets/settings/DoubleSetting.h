@@ -6,6 +6,12 @@
 
 #include <algorithm>
 
+/// What an entry that is no number does when a layout is loaded.
+enum class WrongType {
+    KeepsValue, ///< nothing
+    Clears      ///< it counts as 0
+};
+
 /// A row with an editor for any number within ±limit.
 struct DoubleRow
 {

@@ -9,12 +9,6 @@
 
 #include <utility>
 
-/// What an entry of another type than the setting's does when a layout is loaded.
-enum class WrongType {
-    KeepsValue, ///< nothing
-    Clears      ///< it counts as 0
-};
-
 // What all settings with a value and an editor have in common. A setting reads like its value; the editor
 // lives as long as its dialog. Without a label a setting has no row there: only layouts change it.
 template <class Value, class Editor>

@@ -34,17 +34,15 @@ class BasicIntSetting : public EditedSetting<int, Editor>
 
 public:
     BasicIntSetting(WidgetSettings& all, const char* key, int initial, const IntRow& row = {},
-                    IntBounds loaded = {}, WrongType wrongType = WrongType::KeepsValue)
+                    IntBounds loaded = {})
         : Base(all, key, initial, row.label, row.toolTip)
         , m_row(row)
         , m_loaded(loaded)
-        , m_wrongType(wrongType)
     {}
 
     void load(const QJsonValue& entry) override
     {
-        const int fallback = m_wrongType == WrongType::Clears ? 0 : Base::value();
-        Base::set(jsonInt(entry, m_loaded.least, m_loaded.most, fallback));
+        Base::set(jsonInt(entry, m_loaded.least, m_loaded.most, Base::value()));
     }
 
 protected:
@@ -65,7 +63,6 @@ protected:
 private:
     IntRow m_row;
     IntBounds m_loaded;
-    WrongType m_wrongType;
 };
 
 using IntSetting = BasicIntSetting<QSpinBox>;

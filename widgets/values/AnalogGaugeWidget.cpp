@@ -66,6 +66,7 @@ void AnalogGaugeWidget::loadConfig(const QJsonObject& config)
     const QJsonValue maximum = config.value(m_maximum.key());
     if (!minimum.isUndefined() && !maximum.isUndefined())
         setRange(jsonInt(minimum, 0), jsonInt(maximum, 0));
+    WidgetWithSettings::loadConfig(config);
 }
 
 void AnalogGaugeWidget::settingsChanged()

@@ -41,6 +41,14 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    /// An end of the scale, which is loaded only together with the other one.
+    class LimitSetting : public DoubleSetting
+    {
+    public:
+        using DoubleSetting::DoubleSetting;
+        void load(const QJsonValue&) override {}
+    };
+
     int side() const;
     double needleAngle() const;
     void drawFace(QPainter& painter);
@@ -51,9 +59,9 @@ private:
     void paintName(QPainter& painter) const;
 
     double m_value = 0.0;
-    DoubleSetting m_minimum{
+    LimitSetting m_minimum{
         settings(), "min", 0.0, {tr("Min Value:"), tr("The value at the lower end of the scale"), 1e9, 1}};
-    DoubleSetting m_maximum{
+    LimitSetting m_maximum{
         settings(), "max", 100.0, {tr("Max Value:"), tr("The value at the upper end of the scale"), 1e9, 1}};
     QPixmap m_face;
     int m_faceSide = -1; ///< logical side for which m_face was drawn; −1 when it must be redrawn

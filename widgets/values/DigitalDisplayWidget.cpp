@@ -1,10 +1,9 @@
 #include "widgets/values/DigitalDisplayWidget.h"
 
+#include "definitions/numbers/FileNumbers.h"
 #include "widgets/drawing/SizedFont.h"
 #include "widgets/values/SignalCaption.h"
 
-#include <QDoubleSpinBox>
-#include <QFormLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QStyle>
@@ -125,24 +124,20 @@ void DigitalDisplayWidget::assignSignal(const QString& name) { m_signal.set(name
 // Other decimal places are for the values after.
 void DigitalDisplayWidget::settingsAboutToChange() { writePending(); }
 
-// By hand, as OK takes what the editor shows: more places than it offers become the most that it offers.
-void DigitalDisplayWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
+void DigitalDisplayWidget::PlacesSetting::load(const QJsonValue& entry) { set(jsonInt(entry, 0)); }
+
+QDoubleSpinBox* DigitalDisplayWidget::PlacesSetting::newEditor(QWidget* parent) const
 {
-    const QString label = tr("Decimal Places:");
-    m_decimalPlacesEditor = new QDoubleSpinBox(parent);
-    m_decimalPlacesEditor->setRange(0, kMaxOfferedPlaces);
-    m_decimalPlacesEditor->setDecimals(0);
-    m_decimalPlacesEditor->setValue(m_decimalPlaces);
-    describeEditor(m_decimalPlacesEditor, label,
-                   tr("Digits after the decimal point, from the next value on"));
-    form->addRow(label, m_decimalPlacesEditor);
+    auto* editor = new QDoubleSpinBox(parent);
+    editor->setRange(0, kMaxOfferedPlaces);
+    editor->setDecimals(0);
+    editor->setValue(value());
+    return editor;
 }
 
-void DigitalDisplayWidget::applyConfigUI()
+int DigitalDisplayWidget::PlacesSetting::edited(const QDoubleSpinBox& editor) const
 {
-    settingsAboutToChange();
-    if (m_decimalPlacesEditor)
-        m_decimalPlaces.set(static_cast<int>(m_decimalPlacesEditor->value()));
+    return static_cast<int>(editor.value());
 }
 
 void DigitalDisplayWidget::paintEvent(QPaintEvent*)

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "widgets/WidgetWithSettings.h"
-#include "widgets/settings/IntSetting.h"
 #include "widgets/settings/TextSetting.h"
 
-#include <QPointer>
+#include <QDoubleSpinBox>
 #include <QTimer>
 
-class QDoubleSpinBox;
 class QLabel;
 
 // The latest value of one signal in large digits, the signal's name in small text beneath. The signal that
@@ -26,14 +24,24 @@ public:
     QString typeName() const override;
     QString signalName() const override;
     void assignSignal(const QString& name) override;
-    void buildConfigUI(QFormLayout* form, QWidget* parent) override;
-    void applyConfigUI() override;
 
 protected:
     void settingsAboutToChange() override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    /// OK takes the number that the editor shows: more places than it offers become the most that it offers.
+    class PlacesSetting : public EditedSetting<int, QDoubleSpinBox>
+    {
+    public:
+        using EditedSetting::EditedSetting;
+        void load(const QJsonValue& entry) override;
+
+    protected:
+        QDoubleSpinBox* newEditor(QWidget* parent) const override;
+        int edited(const QDoubleSpinBox& editor) const override;
+    };
+
     void writeLabel();
     void writePending();
     void endFrame();
@@ -45,6 +53,6 @@ private:
     bool m_pending = false; ///< m_value is not in the label yet
     TextSetting m_signal{settings(), "signal", QString()};
     /// As loaded; bounded only when a value is formatted.
-    IntSetting m_decimalPlaces{settings(), "decimalPlaces", 1, {}, {}, WrongType::Clears};
-    QPointer<QDoubleSpinBox> m_decimalPlacesEditor;
+    PlacesSetting m_decimalPlaces{settings(), "decimalPlaces", 1, tr("Decimal Places:"),
+                                  tr("Digits after the decimal point, from the next value on")};
 };

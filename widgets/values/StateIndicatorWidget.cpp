@@ -124,12 +124,14 @@ void StateIndicatorWidget::buildConfigUI(QFormLayout* form, QWidget* parent)
     if (!m_groupId.isEmpty())
         m_groupEditor->setCurrentIndex(m_groupEditor->findData(m_groupId));
     form->addRow(tr("State Group:"), m_groupEditor);
+    WidgetWithSettings::buildConfigUI(form, parent);
 }
 
 void StateIndicatorWidget::applyConfigUI()
 {
     if (m_groupEditor && m_groupEditor->currentIndex() >= 0)
         setGroupId(m_groupEditor->currentData().toString());
+    WidgetWithSettings::applyConfigUI();
 }
 
 void StateIndicatorWidget::paintEvent(QPaintEvent*)
