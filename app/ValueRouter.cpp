@@ -10,8 +10,6 @@
 
 #include <QDateTime>
 
-#include <utility>
-
 namespace {
 
 double wallClockSeconds() { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; }
@@ -107,7 +105,7 @@ void ValueRouter::updateStateValue(const QString& group, const QString& stateId,
     const DashboardSignalParser* definitions = m_definitions->active();
     const QString shown = label.isEmpty() && definitions ? definitions->stateLabel(group, stateId) : label;
     ensureIndex();
-    const QList<DashboardWidget*> widgets = m_topLevelWidgets;
+    const QList<DashboardWidget*> widgets = m_stateWidgets;
     for (DashboardWidget* widget : widgets)
         widget->showState(group, stateId, shown);
 }
@@ -117,7 +115,7 @@ void ValueRouter::routeError(double tSec, const QString& id)
     const DashboardSignalParser* definitions = m_definitions->active();
     const QString text = definitions ? definitions->errorText(id) : id;
     ensureIndex();
-    const QList<DashboardWidget*> widgets = m_widgets;
+    const QList<DashboardWidget*> widgets = m_errorWidgets;
     for (DashboardWidget* widget : widgets)
         widget->appendError(tSec, id, text);
 }
@@ -125,7 +123,7 @@ void ValueRouter::routeError(double tSec, const QString& id)
 void ValueRouter::routeMessage(double tSec, const QString& text)
 {
     ensureIndex();
-    const QList<DashboardWidget*> widgets = m_widgets;
+    const QList<DashboardWidget*> widgets = m_messageWidgets;
     for (DashboardWidget* widget : widgets)
         widget->appendMessage(tSec, text);
 }
@@ -133,14 +131,16 @@ void ValueRouter::routeMessage(double tSec, const QString& text)
 void ValueRouter::clearErrorConsoles()
 {
     ensureIndex();
-    for (DashboardWidget* widget : std::as_const(m_widgets))
+    const QList<DashboardWidget*> widgets = m_errorWidgets;
+    for (DashboardWidget* widget : widgets)
         widget->clearErrors();
 }
 
 void ValueRouter::clearMessageConsoles()
 {
     ensureIndex();
-    for (DashboardWidget* widget : std::as_const(m_widgets))
+    const QList<DashboardWidget*> widgets = m_messageWidgets;
+    for (DashboardWidget* widget : widgets)
         widget->clearMessages();
 }
 
@@ -175,9 +175,11 @@ void ValueRouter::rebuildIndex()
     m_routes.clear();
     for (Signal& signal : m_signals)
         signal.route = -1;
-    m_topLevelWidgets = m_scene->widgets(true);
-    m_widgets = m_scene->widgets(false);
-    for (DashboardWidget* widget : std::as_const(m_topLevelWidgets)) {
+    m_stateWidgets = widgetsThatShow(DashboardWidget::StateEvent, true);
+    m_errorWidgets = widgetsThatShow(DashboardWidget::ErrorEvent, false);
+    m_messageWidgets = widgetsThatShow(DashboardWidget::MessageEvent, false);
+    const QList<DashboardWidget*> topLevel = m_scene->widgets(true);
+    for (DashboardWidget* widget : topLevel) {
         const QList<QString> entries = widget->assignedSignalList();
         for (const QString& entry : entries) {
             QList<DashboardWidget*>& receivers = routeTo(canonical(entry)).widgets;
@@ -194,6 +196,14 @@ void ValueRouter::rebuildIndex()
             feed.routes.insert(canonical(entry), m_signals[canonical(entry)].route);
         m_trendFeeds.append(feed);
     }
+}
+
+QList<DashboardWidget*> ValueRouter::widgetsThatShow(DashboardWidget::Event event, bool topLevelOnly) const
+{
+    QList<DashboardWidget*> widgets = m_scene->widgets(topLevelOnly);
+    widgets.removeIf(
+        [event](const DashboardWidget* widget) { return !widget->shownEvents().testFlag(event); });
+    return widgets;
 }
 
 ValueRouter::Route& ValueRouter::routeTo(const QString& name)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "definitions/DashboardSignalParser.h"
+#include "widgets/DashboardWidget.h"
 
 #include <QHash>
 #include <QList>
@@ -11,7 +12,6 @@
 #include <optional>
 
 class ActiveDefinitions;
-class DashboardWidget;
 class DesignScene;
 class TrendPlotWidget;
 
@@ -82,6 +82,7 @@ private:
     void deliver(const Signal& signal, const QString& name, double raw, double tSec) const;
     void ensureIndex();
     void rebuildIndex();
+    QList<DashboardWidget*> widgetsThatShow(DashboardWidget::Event event, bool topLevelOnly) const;
     Route& routeTo(const QString& name);
     static double physical(const Route& route, double raw);
 
@@ -94,6 +95,7 @@ private:
     QHash<QString, Signal> m_signals;
     QList<Route> m_routes;
     QList<TrendFeed> m_trendFeeds;
-    QList<DashboardWidget*> m_topLevelWidgets; ///< which values and states reach
-    QList<DashboardWidget*> m_widgets;         ///< all of them, which errors and messages reach
+    QList<DashboardWidget*> m_stateWidgets; ///< at the top level
+    QList<DashboardWidget*> m_errorWidgets; ///< anywhere, as the next
+    QList<DashboardWidget*> m_messageWidgets;
 };

@@ -34,6 +34,8 @@ void DashboardWidget::assignSignals(const QList<QString>& names)
     Q_EMIT assignmentChanged();
 }
 
+DashboardWidget::Events DashboardWidget::shownEvents() const { return {}; }
+
 void DashboardWidget::showState(const QString&, const QString&, const QString&) {}
 
 void DashboardWidget::appendError(double, const QString&, const QString&) {}

@@ -41,9 +41,22 @@ public:
     virtual void assignSignal(const QString& name);
     /// Replaces the list; order and duplicates stay.
     virtual void assignSignals(const QList<QString>& names);
+    /// Reads what is there and leaves the rest: "signals" must be an array; what is no string in it is
+    /// skipped.
+    virtual void loadConfig(const QJsonObject& config);
+    /// The settings that loadConfig() reads; here "signals" only.
+    virtual QJsonObject saveConfig() const;
+    /// Adds the widget's own rows to the form. The editors belong to parent.
+    virtual void buildConfigUI(QFormLayout* form, QWidget* parent);
+    /// Takes over what the editors of buildConfigUI() say, as far as they still exist.
+    virtual void applyConfigUI();
 
-    // What a type does not show, it ignores.
-
+    /// What a device says beside values.
+    enum Event { StateEvent = 1, ErrorEvent = 2, MessageEvent = 4 };
+    Q_DECLARE_FLAGS(Events, Event)
+    /// Which of these reach this widget, by the functions below; none unless a type says so. Asked when the
+    /// widget comes onto the canvas.
+    virtual Events shownEvents() const;
     /// The device is in another state. The group's name is compared ignoring letter case.
     virtual void showState(const QString& groupId, const QString& stateId, const QString& label);
     /// An error with its time in seconds, its id and the text to show for it.
@@ -56,16 +69,6 @@ public:
     virtual void clearData();
     /// The project's catalogue is another one; a repaint follows.
     virtual void definitionsChanged();
-
-    /// Reads what is there and leaves the rest: "signals" must be an array; what is no string in it is
-    /// skipped.
-    virtual void loadConfig(const QJsonObject& config);
-    /// The settings that loadConfig() reads; here "signals" only.
-    virtual QJsonObject saveConfig() const;
-    /// Adds the widget's own rows to the form. The editors belong to parent.
-    virtual void buildConfigUI(QFormLayout* form, QWidget* parent);
-    /// Takes over what the editors of buildConfigUI() say, as far as they still exist.
-    virtual void applyConfigUI();
 
 Q_SIGNALS:
     /// What assignedSignalList() returns may have changed.

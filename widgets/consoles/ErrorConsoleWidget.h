@@ -11,6 +11,7 @@ public:
     explicit ErrorConsoleWidget(QWidget* parent = nullptr);
 
     QString typeName() const override;
+    Events shownEvents() const override { return ErrorEvent; }
     /// Adds "[time] id : text"; the id stands for an empty text.
     void appendError(double tSec, const QString& id, const QString& text) override;
     void clearErrors() override;

@@ -14,6 +14,7 @@ public:
     QString typeName() const override;
     void buildConfigUI(QFormLayout* form, QWidget* parent) override;
     void applyConfigUI() override {}
+    Events shownEvents() const override { return MessageEvent; }
     /// Adds "[time] text".
     void appendMessage(double tSec, const QString& text) override;
     void clearMessages() override;

@@ -34,6 +34,7 @@ public:
 
     void setValue(double) override {}
     void setValueForSignal(const QString&, double) override {}
+    Events shownEvents() const override { return StateEvent; }
     void showState(const QString& groupId, const QString& stateId, const QString& label) override;
     void definitionsChanged() override;
     QString typeName() const override;
