@@ -8,8 +8,8 @@ class DesignAndPortToolBar;
 class LicenseCheck;
 class QWidget;
 
-// What the window knows and shows of the licence: yes or no, the chip on the toolbar, and a box with the same
-// text.
+// Says yes or no to what the licence limits, and shows how it stands: the chip on the toolbar, and a box with
+// the same text.
 class LicenseGate : public QObject
 {
     Q_OBJECT

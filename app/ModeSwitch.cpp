@@ -10,21 +10,19 @@
 
 #include <QDebug>
 
-#include <iterator>
+#include <algorithm>
 #include <utility>
 
-namespace {
-
-PlaybackController::Mode playbackMode(ModeSwitch::Mode mode)
+/// What belongs to one mode; null where there is nothing to do. Entering may refuse.
+struct ModeSwitch::Row
 {
-    using enum PlaybackController::Mode;
-    return mode == ModeSwitch::Play     ? Playing
-           : mode == ModeSwitch::Pause  ? Paused
-           : mode == ModeSwitch::Record ? Recording
-                                        : Live;
-}
-
-} // namespace
+    Mode mode;
+    const char* status;
+    bool showsLiveValues;
+    PlaybackController::Mode playback;
+    void (ModeSwitch::*leave)();
+    bool (ModeSwitch::*enter)();
+};
 
 ModeSwitch::ModeSwitch(const Parts& parts, QObject* parent)
     : QObject(parent)
@@ -34,14 +32,15 @@ ModeSwitch::ModeSwitch(const Parts& parts, QObject* parent)
 const ModeSwitch::Row& ModeSwitch::rowOf(Mode mode)
 {
     using Self = ModeSwitch;
+    using enum PlaybackController::Mode;
     static constexpr Row kRows[] = {
-        {QT_TR_NOOP("Design Mode"), &Self::exitDesignMode, &Self::enterDesignMode},
-        {QT_TR_NOOP("Recording..."), &Self::exitRecordMode, &Self::enterRecordMode},
-        {QT_TR_NOOP("Playing..."), &Self::exitPlayMode, &Self::enterPlayMode},
-        {QT_TR_NOOP("Pause..."), nullptr, nullptr},
-        {QT_TR_NOOP("Idle"), nullptr, &Self::enterIdleMode},
+        {Design, QT_TR_NOOP("Design Mode"), true, Live, &Self::exitDesignMode, &Self::enterDesignMode},
+        {Record, QT_TR_NOOP("Recording..."), true, Recording, &Self::exitRecordMode, &Self::enterRecordMode},
+        {Play, QT_TR_NOOP("Playing..."), false, Playing, &Self::exitPlayMode, &Self::enterPlayMode},
+        {Pause, QT_TR_NOOP("Pause..."), false, Paused, nullptr, nullptr},
+        {Idle, QT_TR_NOOP("Idle"), true, Live, nullptr, &Self::enterIdleMode},
     };
-    static_assert(std::size(kRows) == Idle + 1);
+    static_assert(std::ranges::all_of(kRows, [](const Row& row) { return &row - kRows == row.mode; }));
     return kRows[mode];
 }
 
@@ -83,10 +82,10 @@ void ModeSwitch::change(Mode mode)
     const auto enter = rowOf(mode).enter;
     if (!enter || (this->*enter)())
         m_mode = mode;
-    m_parts.router->setLive(m_mode != Play && m_mode != Pause);
-    m_parts.playback->setMode(playbackMode(m_mode));
+    m_parts.router->setLive(rowOf(m_mode).showsLiveValues);
+    m_parts.playback->setMode(rowOf(m_mode).playback);
     updateStatusLabel(m_mode);
-    Q_EMIT modeChanged(m_mode);
+    Q_EMIT modeSettled();
 }
 
 void ModeSwitch::updateStatusLabel(Mode mode) { Q_EMIT statusChanged(tr(rowOf(mode).status)); }
@@ -111,7 +110,7 @@ void ModeSwitch::exitDesignMode()
 bool ModeSwitch::enterRecordMode()
 {
     m_parts.playback->enterRecord();
-    if (!m_parts.recordingController->start())
+    if (m_parts.recordingController->isRecording() || !m_parts.recordingController->start())
         return false;
     qDebug("Record mode started");
     CanvasPlots::setExternalTimeEnabled(*m_parts.scene, false);

@@ -48,23 +48,18 @@ public:
     void updateStatusLabel(Mode mode);
 
 Q_SIGNALS:
-    /// The dashboard can be arranged from now on, or no longer. A refused mode may come between the two.
+    /// The dashboard can be arranged from now on, or no longer. After a mode that refuses it cannot, though
+    /// the mode is still called Design; that it cannot is then said once more when the next mode is entered.
     void designingChanged(bool on);
     /// A change begins or ends; boxes may open and files be loaded meanwhile.
     void changingChanged(bool on);
     /// After each change, and when the present mode was asked for.
     void statusChanged(const QString& text);
-    /// After each change, a refused one included.
-    void modeChanged(ModeSwitch::Mode mode);
+    /// After each change: mode() holds. It is the old one where the new one refused.
+    void modeSettled();
 
 private:
-    /// What belongs to one mode; null where there is nothing to do. Entering may refuse.
-    struct Row
-    {
-        const char* status;
-        void (ModeSwitch::*leave)();
-        bool (ModeSwitch::*enter)();
-    };
+    struct Row;
 
     static const Row& rowOf(Mode mode);
     void change(Mode mode);

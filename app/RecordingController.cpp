@@ -25,10 +25,10 @@ RecordingController::RecordingController(SignalRecorder* recorder, const SerialM
     , m_dialogParent(dialogParent)
 {}
 
+bool RecordingController::isRecording() const { return m_recorder->isRecording(); }
+
 bool RecordingController::start()
 {
-    if (m_recorder->isRecording())
-        return false;
     if (!m_serial->isOpen()) {
         QMessageBox::warning(m_dialogParent, tr("Serial"), tr("Open a serial port before recording."));
         return false;

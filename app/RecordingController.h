@@ -21,8 +21,8 @@ public:
 
     /// Where recordings go from now on; empty without a project.
     void setProjectFolder(const QString& dir) { m_projectFolder = dir; }
-    /// Begins a recording in the project's folder. False after a box that says why, and at once when one is
-    /// running.
+    bool isRecording() const;
+    /// Begins a recording in the project's folder. False after a box that says why.
     [[nodiscard]] bool start();
     /// Ends the recording, if one is running. When it is to be replayed, recorded() tells of it.
     void stop(bool toReplay);

@@ -163,7 +163,7 @@ void Sigvane::setupModes()
     connect(m_modes, &ModeSwitch::designingChanged, m_palette, &QWidget::setEnabled);
     connect(m_modes, &ModeSwitch::changingChanged, m_status, &StatusLine::setModeChanging);
     connect(m_modes, &ModeSwitch::statusChanged, m_status, &StatusLine::showMode);
-    connect(m_modes, &ModeSwitch::modeChanged, this, &Sigvane::updateStopActionUi);
+    connect(m_modes, &ModeSwitch::modeSettled, this, &Sigvane::updateStopActionUi);
     connect(m_events, &EventRouter::playbackFinished, this, [this] { setMode(Idle); });
     connect(m_playback, &PlaybackController::playRequested, this, &Sigvane::playButton);
     connect(m_playback, &PlaybackController::idleRequested, m_modes, &ModeSwitch::fallBackToIdle);

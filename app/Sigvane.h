@@ -6,18 +6,18 @@
 #include <QMainWindow>
 
 class ConnectionStatus;
-class DesignAndPortToolBar;
 class CsvExportController;
+class DesignAndPortToolBar;
 class DesignScene;
 class EventRouter;
-class RecordingToolBar;
-class PositionToolBar;
 class LicenseCheck;
 class LicenseGate;
 class PlaybackController;
+class PositionToolBar;
 class ProjectFolder;
 class QGraphicsScene;
 class RecordingController;
+class RecordingToolBar;
 class SerialControls;
 class SerialManager;
 class SignalPlaybackEngine;

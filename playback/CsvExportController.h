@@ -26,7 +26,7 @@ public:
     void setExportFolder(const QString& dir) { m_folder = dir; }
     void exportSignals(std::shared_ptr<const SignalRecording> recording);
     void exportEvents(std::shared_ptr<const SignalRecording> recording);
-    /// Ends an export that is under way as if the user had.
+    /// Ends an export in progress as if the user had.
     void cancel() { m_cancelled = true; }
 
 Q_SIGNALS:

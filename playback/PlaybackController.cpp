@@ -7,6 +7,7 @@
 #include <QDebug>
 #include <QDoubleSpinBox>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 
 PlaybackController::PlaybackController(SignalPlaybackEngine* engine, const DesignScene* scene,
                                        ActiveDefinitions* definitions, const Controls& controls,
@@ -86,6 +87,7 @@ void PlaybackController::startPlayback(const QString& path)
 // once. So a replay may start here that leavePlay() stops before it has shown more than its first line.
 void PlaybackController::enterPlay()
 {
+    const QScopedValueRollback entering(m_enteringPlay, true);
     m_scrubber.letGo();
     if (m_chosenRecording.path().isEmpty()) {
         QMessageBox::warning(m_dialogParent, tr("No File"), tr("No playback file selected."));
@@ -119,7 +121,8 @@ void PlaybackController::enterIdle()
 // What the plots hold has times of the replay, which would come before all live ones.
 void PlaybackController::leaveReplayTime()
 {
-    if (m_scrubber.isScrubbing() || m_mode == Mode::Playing || m_mode == Mode::Paused)
+    const bool replayIsShown = m_enteringPlay || m_mode == Mode::Playing || m_mode == Mode::Paused;
+    if (replayIsShown || m_scrubber.isScrubbing())
         return;
     m_plotsOnReplayTime = false;
     CanvasPlots::setExternalTimeEnabled(*m_scene, false);

@@ -99,5 +99,6 @@ private:
     PositionScrubber m_scrubber;
 
     Mode m_mode = Mode::Live;
+    bool m_enteringPlay = false; ///< a load or a box runs the event loop meanwhile
     bool m_plotsOnReplayTime = false;
 };

@@ -20,7 +20,7 @@ class TestCsvExportController : public QObject
 {
     Q_OBJECT
     ActiveDefinitions definitions;
-    CsvExportController flow{&definitions, nullptr};
+    CsvExportController controller{&definitions, nullptr};
     QString lastText;
 
     /// Exports all signals of two frames at 1000 Hz; what the file holds afterwards that was there before.
@@ -46,7 +46,7 @@ class TestCsvExportController : public QObject
                                       Qt::QueuedConnection); // asks before it closes
         });
         answer.press(QMessageBox::Yes).reject(); // the progress or a box
-        flow.exportSignals(recording);
+        controller.exportSignals(recording);
         lastText = answer.texts().last();
         QFile now(old.fileName());
         return now.open(QIODevice::ReadOnly) && QDir(dir.path()).count() <= 4 ? now.readAll() : "not alone";
@@ -56,7 +56,7 @@ private Q_SLOTS:
     void writesAWholeFileOrLeavesTheOldOne()
     {
         const QTemporaryDir dir, disk, project;
-        flow.setExportFolder(project.filePath(u"exports"_s));
+        controller.setExportFolder(project.filePath(u"exports"_s));
         QCOMPARE(exported(dir, u"old.csv"_s, 99'000.0), "precious"); // cancelled
         QVERIFY(QDir(project.filePath(u"exports"_s)).exists());
         QCOMPARE(exported(dir, u"old.csv"_s, 1e17), "precious");

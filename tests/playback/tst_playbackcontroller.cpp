@@ -155,19 +155,19 @@ private Q_SLOTS:
     void saysWhichDefinitionsAreUsed()
     {
         Rig rig;
-        ChosenRecording chosen(&rig.engine, &rig.definitions, &rig.file, &rig.own, {});
-        chosen.showRecorded(rig.write(u"a.rec"_s, "0 A=1\n"));
-        const QSignalSpy messages(&chosen, &ChosenRecording::statusMessage);
+        const QString plain = rig.write(u"a.rec"_s, "0 A=1\n");
+        rig.control.showRecorded(plain);
+        const QSignalSpy messages(&rig.control, &PlaybackController::statusMessage);
         rig.own.setChecked(true); // the recording has none
         QDir(rig.dir.path()).mkdir(u"c.signals.h"_s);
-        chosen.selectActiveSignalParserFor(rig.dir.filePath(u"c.rec"_s));
+        rig.control.showRecorded(rig.write(u"c.rec"_s, "0 A=1\n"));
         rig.write(u"d.signals.h"_s, "DASHBOARD_STATE_GROUP(G, \"g\")\n");
-        chosen.prepareSignalParserForPlaybackFile(rig.dir.filePath(u"d.rec"_s));
+        rig.control.showRecorded(rig.write(u"d.rec"_s, "0 A=1\n"));
         QVERIFY(messages.size() == 3 && messages[1][0].toString().startsWith("Failed to parse"_L1));
         const QSignalSpy states(&rig.engine, &SignalPlaybackEngine::stateEvent);
         rig.engine.seekToTimestamp(5);
         QCOMPARE(states.size(), 1); // the group that has no state is cleared
-        chosen.prepareSignalParserForPlaybackFile(chosen.path());
+        rig.control.showRecorded(plain);
         QVERIFY(!rig.definitions.active()); // not another recording's
     }
 
