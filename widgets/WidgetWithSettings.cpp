@@ -7,20 +7,17 @@ WidgetWithSettings::WidgetWithSettings(QWidget* parent)
 void WidgetWithSettings::loadConfig(const QJsonObject& config)
 {
     settingsAboutToChange();
-    m_settings.load(config);
+    m_list.load(config);
     settingsChanged();
 }
 
-QJsonObject WidgetWithSettings::saveConfig() const { return m_settings.save(); }
+QJsonObject WidgetWithSettings::saveConfig() const { return m_list.save(); }
 
-void WidgetWithSettings::buildConfigUI(QFormLayout* form, QWidget* parent)
-{
-    m_settings.addRows(form, parent);
-}
+void WidgetWithSettings::buildConfigUI(QFormLayout* form, QWidget* parent) { m_list.addRows(form, parent); }
 
 void WidgetWithSettings::applyConfigUI()
 {
     settingsAboutToChange();
-    m_settings.takeOver();
+    m_list.takeOver();
     settingsChanged();
 }

@@ -5,7 +5,7 @@
 
 // The base of the widget types: a widget whose settings are members that enter themselves into settings(),
 // one line each (see widgets/settings/). Layout and configuration dialog follow from the list; a type
-// overrides what is odd about its own.
+// overrides what is odd about its own. The assignment is none of them: a layout keeps it beside the settings.
 class WidgetWithSettings : public DashboardWidget
 {
     Q_OBJECT
@@ -19,12 +19,12 @@ public:
     void applyConfigUI() override;
 
 protected:
-    WidgetSettings& settings() { return m_settings; }
+    WidgetSettings& settings() { return m_list; }
     /// A layout or the dialog is about to set them.
     virtual void settingsAboutToChange() {}
     /// They may be others now; repaints.
     virtual void settingsChanged() { update(); }
 
 private:
-    WidgetSettings m_settings;
+    WidgetSettings m_list;
 };

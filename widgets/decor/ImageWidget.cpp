@@ -1,5 +1,7 @@
 #include "widgets/decor/ImageWidget.h"
 
+#include "definitions/numbers/FileNumbers.h"
+
 #include <QDir>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -22,11 +24,11 @@ namespace {
 enum ScaleMode { Contain = 0, Cover = 1, Stretch = 2, ActualSize = 3 };
 
 constexpr qint64 kMaxPixels = 64'000'000;
-constexpr int kMaxSide =
-    65'535; ///< as in a JPEG; on absurdly long sides Qt's smooth scaling crashes
+constexpr int kMaxSide = 65'535;      ///< as in a JPEG; on absurdly long sides Qt's smooth scaling crashes
 constexpr int kSmallestLevel = 512;   ///< longer side, in pixels
 constexpr int kMegabytesToRead = 256; ///< kMaxPixels of 32 bits
 constexpr int kInset = 2;
+constexpr int kLowestOffered = 10; ///< a picture that nobody sees cannot be chosen
 
 constexpr QLatin1String kPathKey("path");
 
@@ -93,6 +95,41 @@ QRectF centred(const QSize& picture, const QSize& box, bool expanding, const QSi
 }
 
 } // namespace
+
+QStringList ImageWidget::modeNames()
+{
+    return {tr("Contain"), tr("Cover"), tr("Stretch"), tr("Actual size")};
+}
+
+void ImageWidget::ModeSetting::load(const QJsonValue& entry) { set(jsonInt(entry, value())); }
+
+QComboBox* ImageWidget::ModeSetting::newEditor(QWidget* parent) const
+{
+    auto* editor = new QComboBox(parent);
+    editor->addItems(modeNames());
+    editor->setCurrentIndex(value());
+    return editor;
+}
+
+int ImageWidget::ModeSetting::edited(const QComboBox& editor) const
+{
+    return editor.currentIndex() < 0 ? value() : editor.currentIndex();
+}
+
+void ImageWidget::OpacitySetting::load(const QJsonValue& entry) { set(jsonInt(entry, value())); }
+
+QSlider* ImageWidget::OpacitySetting::newEditor(QWidget* parent) const
+{
+    auto* editor = new QSlider(Qt::Horizontal, parent);
+    editor->setRange(kLowestOffered, 100);
+    editor->setValue(value());
+    return editor;
+}
+
+int ImageWidget::OpacitySetting::edited(const QSlider& editor) const
+{
+    return editor.value() == std::clamp(value(), kLowestOffered, 100) ? value() : editor.value();
+}
 
 ImageWidget::ImageWidget(QWidget* parent)
     : WidgetWithSettings(parent)

@@ -3,13 +3,14 @@
 #include "widgets/ProjectFolderAware.h"
 #include "widgets/WidgetWithSettings.h"
 #include "widgets/settings/BoolSetting.h"
-#include "widgets/settings/IndexSetting.h"
-#include "widgets/settings/SliderSetting.h"
+#include "widgets/settings/EditedSetting.h"
 
 #include <QColor>
+#include <QComboBox>
 #include <QList>
 #include <QPixmap>
 #include <QPointer>
+#include <QSlider>
 
 #include <optional>
 
@@ -55,6 +56,31 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    static QStringList modeNames();
+
+    /// The number of a scale mode. One that is not listed stays as it was loaded; nothing is selected then.
+    class ModeSetting : public EditedSetting<int, QComboBox>
+    {
+    public:
+        using EditedSetting::EditedSetting;
+        void load(const QJsonValue& entry) override;
+
+    protected:
+        QComboBox* newEditor(QWidget* parent) const override;
+        int edited(const QComboBox& editor) const override;
+    };
+    /// A slider that begins where a picture can still be seen. A number outside of it stays as it was loaded.
+    class OpacitySetting : public EditedSetting<int, QSlider>
+    {
+    public:
+        using EditedSetting::EditedSetting;
+        void load(const QJsonValue& entry) override;
+
+    protected:
+        QSlider* newEditor(QWidget* parent) const override;
+        int edited(const QSlider& editor) const override;
+    };
+
     static void browse(const QPointer<QLineEdit>& editor);
     void addPathRow(QFormLayout* form, QWidget* parent);
     QString resolved(const QString& path) const;
@@ -67,17 +93,11 @@ private:
     QString m_path;
     std::optional<QString> m_projectFolder; ///< nothing until it was told; empty while there is no project
     QList<QPixmap> m_levels; ///< the picture, then each half the size of the one before; empty without one
-    IndexSetting m_mode{settings(),
-                        "mode",
-                        0,
-                        {tr("Scale:"),
-                         tr("How the picture is fitted into the widget"),
-                         {tr("Contain"), tr("Cover"), tr("Stretch"), tr("Actual size")}}};
-    /// Per cent; painted within 0 to 100. A picture that nobody sees cannot be chosen.
-    SliderSetting m_opacity{settings(),
-                            "opacity",
-                            100,
-                            {tr("Opacity:"), tr("How much the picture covers, in per cent"), 10, 100}};
+    ModeSetting m_mode{
+        settings(), "mode", 0, {tr("Scale:"), tr("How the picture is fitted into the widget")}};
+    /// Per cent; painted within 0 to 100.
+    OpacitySetting m_opacity{
+        settings(), "opacity", 100, {tr("Opacity:"), tr("How much the picture covers, in per cent")}};
     BoolSetting m_border{settings(), "border", false};
     QColor m_borderColor{30, 30, 30};
     QPointer<QLineEdit> m_pathEditor;

@@ -28,14 +28,17 @@ private:
     static QStringList alignments();
     Qt::Alignment alignment() const;
 
-    TextSetting m_text{settings(), "text", tr("Label"), tr("Text:"), tr("What the label says")};
+    TextSetting m_text{settings(), "text", tr("Label"), {tr("Text:"), tr("What the label says")}};
     ChoiceSetting m_color{
         settings(),
         "color",
         kOtherColor,
         {tr("Color:"), tr("The colour of the text"), colorNames(), kOtherColor, textColorNames()}};
-    IntSetting m_pointSize{
-        settings(), "point", 12, {tr("Size:"), tr("The size of the text, in points"), 6, 72}, {1, 500}};
+    IntSetting m_pointSize{settings(),
+                           "point",
+                           12,
+                           {tr("Size:"), tr("The size of the text, in points"), 6, 72},
+                           {.least = 1, .most = 500}};
     BoolSetting m_bold{settings(), "bold", false, {tr("Bold"), tr("Draw the text in bold")}};
     ChoiceSetting m_alignment{
         settings(),

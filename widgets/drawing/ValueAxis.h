@@ -21,7 +21,6 @@ public:
         return {scale, plot.bottom(), plot.height(), -1};
     }
 
-    const ValueScale& scale() const { return m_scale; }
     /// Values off the scale lie at the nearer end, NaN at the lower one.
     int pixel(double value) const { return m_start + m_direction * m_scale.pixels(value, m_length); }
 

@@ -18,14 +18,14 @@ class BoolSetting : public EditedSetting<bool, QCheckBox>
 {
 public:
     BoolSetting(WidgetSettings& all, const char* key, bool initial, const BoolRow& row = {})
-        : EditedSetting(all, key, initial, row.label, row.toolTip)
+        : EditedSetting(all, key, initial, {row.label, row.toolTip})
         , m_labelBeside(row.labelBeside)
     {}
 
     void load(const QJsonValue& entry) override { set(entry.toBool(value())); }
 
 protected:
-    QString labelBeside() const override { return m_labelBeside ? label() : QString(); }
+    QString rowLabel() const override { return m_labelBeside ? label() : QString(); }
     QCheckBox* newEditor(QWidget* parent) const override
     {
         auto* editor = new QCheckBox(m_labelBeside ? QString() : label(), parent);

@@ -21,7 +21,7 @@ class ChoiceSetting : public EditedSetting<QString, QComboBox>
 {
 public:
     ChoiceSetting(WidgetSettings& all, const char* key, const QString& initial, const ChoiceRow& row)
-        : EditedSetting(all, key, initial, row.label, row.toolTip)
+        : EditedSetting(all, key, initial, {row.label, row.toolTip})
         , m_row(row)
     {}
 

@@ -28,7 +28,7 @@ class DoubleSetting : public EditedSetting<double, QDoubleSpinBox>
 public:
     DoubleSetting(WidgetSettings& all, const char* key, double initial, const DoubleRow& row = {},
                   WrongType wrongType = WrongType::KeepsValue)
-        : EditedSetting(all, key, initial, row.label, row.toolTip)
+        : EditedSetting(all, key, initial, {row.label, row.toolTip})
         , m_limit(row.limit)
         , m_decimals(row.decimals)
         , m_wrongType(wrongType)

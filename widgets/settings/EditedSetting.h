@@ -9,18 +9,23 @@
 
 #include <utility>
 
+/// How a setting stands in the configuration dialog. Without a label it does not: only layouts change it.
+struct SettingRow
+{
+    QString label;
+    QString toolTip;
+};
+
 // What all settings with a value and an editor have in common. A setting reads like its value; the editor
-// lives as long as its dialog. Without a label a setting has no row there: only layouts change it.
+// lives as long as its dialog.
 template <class Value, class Editor>
 class EditedSetting : public WidgetSetting
 {
 public:
-    EditedSetting(WidgetSettings& all, const char* key, Value initial, const QString& label = {},
-                  const QString& toolTip = {})
+    EditedSetting(WidgetSettings& all, const char* key, Value initial, SettingRow row = {})
         : WidgetSetting(all, key)
         , m_value(std::move(initial))
-        , m_label(label)
-        , m_toolTip(toolTip)
+        , m_row(std::move(row))
     {}
 
     const Value& value() const { return m_value; }
@@ -32,14 +37,14 @@ public:
     QJsonValue save() const override { return m_value; }
     void addRow(QFormLayout* form, QWidget* parent) override
     {
-        if (m_label.isEmpty())
+        if (m_row.label.isEmpty())
             return;
         m_editor = newEditor(parent);
-        describeEditor(m_editor, m_label, m_toolTip);
-        if (const QString beside = labelBeside(); beside.isEmpty())
+        describeEditor(m_editor, m_row.label, m_row.toolTip);
+        if (const QString label = rowLabel(); label.isEmpty())
             form->addRow(m_editor);
         else
-            form->addRow(beside, m_editor);
+            form->addRow(label, m_editor);
     }
     void takeOver() override
     {
@@ -48,9 +53,9 @@ public:
     }
 
 protected:
-    const QString& label() const { return m_label; }
+    const QString& label() const { return m_row.label; }
     /// The text in the column of labels; empty where the editor carries its label itself.
-    virtual QString labelBeside() const { return m_label; }
+    virtual QString rowLabel() const { return m_row.label; }
     /// An editor that shows the value.
     virtual Editor* newEditor(QWidget* parent) const = 0;
     /// What the editor says; the value while that is what the editor shows of it, which may be cut or
@@ -59,7 +64,6 @@ protected:
 
 private:
     Value m_value;
-    QString m_label;
-    QString m_toolTip;
+    SettingRow m_row;
     QPointer<Editor> m_editor;
 };

@@ -25,44 +25,39 @@ struct IntBounds
     int most = std::numeric_limits<int>::max();
 };
 
-// A whole number, edited in a spin box or with a slider. The fraction of what is loaded is cut off; a number
-// outside the editor's range stays until the user changes it.
-template <class Editor>
-class BasicIntSetting : public EditedSetting<int, Editor>
+// A whole number, edited in a spin box. The fraction of what is loaded is cut off; a number outside the
+// editor's range stays until the user changes it.
+class IntSetting : public EditedSetting<int, QSpinBox>
 {
-    using Base = EditedSetting<int, Editor>;
-
 public:
-    BasicIntSetting(WidgetSettings& all, const char* key, int initial, const IntRow& row = {},
-                    IntBounds loaded = {})
-        : Base(all, key, initial, row.label, row.toolTip)
+    IntSetting(WidgetSettings& all, const char* key, int initial, const IntRow& row = {},
+               IntBounds loaded = {})
+        : EditedSetting(all, key, initial, {row.label, row.toolTip})
         , m_row(row)
         , m_loaded(loaded)
     {}
 
     void load(const QJsonValue& entry) override
     {
-        Base::set(jsonInt(entry, m_loaded.least, m_loaded.most, Base::value()));
+        set(jsonInt(entry, m_loaded.least, m_loaded.most, value()));
     }
 
 protected:
-    Editor* newEditor(QWidget* parent) const override
+    QSpinBox* newEditor(QWidget* parent) const override
     {
-        auto* editor = new Editor(parent);
+        auto* editor = new QSpinBox(parent);
         editor->setRange(m_row.least, m_row.most);
         editor->setSingleStep(m_row.step);
-        editor->setValue(Base::value());
+        editor->setValue(value());
         return editor;
     }
-    int edited(const Editor& editor) const override
+    int edited(const QSpinBox& editor) const override
     {
-        const int shown = std::clamp(Base::value(), editor.minimum(), editor.maximum());
-        return editor.value() == shown ? Base::value() : editor.value();
+        const int shown = std::clamp(value(), m_row.least, m_row.most);
+        return editor.value() == shown ? value() : editor.value();
     }
 
 private:
     IntRow m_row;
     IntBounds m_loaded;
 };
-
-using IntSetting = BasicIntSetting<QSpinBox>;

@@ -215,7 +215,10 @@ QColor TrendPlotWidget::defaultColor(int i) { return TrendChannels::defaultColor
 
 QRect TrendPlotWidget::plotRect() const { return TrendGeometry::plotRect(size(), frame()); }
 
-TrendGeometry::Frame TrendPlotWidget::frame() const { return TrendGeometry::bounded(m_settings.frame()); }
+TrendGeometry::Frame TrendPlotWidget::frame() const
+{
+    return TrendGeometry::bounded(m_settings.frameAsSet());
+}
 
 std::pair<double, double> TrendPlotWidget::currentYRange(qint64 t0) const
 {

@@ -23,8 +23,8 @@ class TrendSettings
 public:
     explicit TrendSettings(WidgetSettings& all);
 
-    /// What surrounds the plot, as it was set.
-    TrendGeometry::Frame frame() const { return {margin, leftAxis, bottomPad}; }
+    /// What surrounds the plot; not bounded.
+    TrendGeometry::Frame frameAsSet() const { return {margin, leftAxis, bottomPad}; }
 
     IntSetting timeWindowMs;
     BoolSetting autoscale;

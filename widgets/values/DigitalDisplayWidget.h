@@ -53,6 +53,9 @@ private:
     bool m_pending = false; ///< m_value is not in the label yet
     TextSetting m_signal{settings(), "signal", QString()};
     /// As loaded; bounded only when a value is formatted.
-    PlacesSetting m_decimalPlaces{settings(), "decimalPlaces", 1, tr("Decimal Places:"),
-                                  tr("Digits after the decimal point, from the next value on")};
+    PlacesSetting m_decimalPlaces{
+        settings(),
+        "decimalPlaces",
+        1,
+        {tr("Decimal Places:"), tr("Digits after the decimal point, from the next value on")}};
 };

@@ -150,8 +150,8 @@ void XYPlotWidget::settingsChanged()
 
 void XYPlotWidget::applyConfigUI()
 {
-    WidgetWithSettings::applyConfigUI();
     clearData();
+    WidgetWithSettings::applyConfigUI();
 }
 
 void XYPlotWidget::paintEvent(QPaintEvent* event)

@@ -8,6 +8,8 @@
 #include "widgets/xyplot/XYPointRing.h"
 #include "widgets/xyplot/XYSignalSetting.h"
 
+#include <QCoreApplication>
+
 #include <limits>
 
 class QPainter;
@@ -58,6 +60,9 @@ private:
     /// The settings of one axis.
     struct Axis
     {
+        Q_DECLARE_TR_FUNCTIONS(XYPlotWidget)
+
+    public:
         Axis(WidgetSettings& all, const QString& name, const char* autoScaleKey, const char* minimumKey,
              const char* maximumKey);
 
@@ -65,7 +70,7 @@ private:
         DoubleSetting minimum;
         DoubleSetting maximum;
     };
-    /// What a signal said last.
+    /// A signal that is plotted, and what it said last.
     struct Latest
     {
         QString signal;
@@ -80,9 +85,9 @@ private:
     void drawPoints(QPainter& painter, const QRect& area, const ValueAxis& x, const ValueAxis& y) const;
     void drawTitle(QPainter& painter, const QRect& plot) const;
 
-    XYSignalSetting m_xSignal{settings(), "xSignal", tr("X Signal:"),
-                              tr("The signal that goes to the right")};
-    XYSignalSetting m_ySignal{settings(), "ySignal", tr("Y Signal:"), tr("The signal that goes upwards")};
+    XYSignalSetting m_xSignal{
+        settings(), "xSignal", {tr("X Signal:"), tr("The signal that goes to the right")}};
+    XYSignalSetting m_ySignal{settings(), "ySignal", {tr("Y Signal:"), tr("The signal that goes upwards")}};
     Axis m_xAxis{settings(), QStringLiteral("X"), "autoScaleX", "xMin", "xMax"};
     Axis m_yAxis{settings(), QStringLiteral("Y"), "autoScaleY", "yMin", "yMax"};
     IntSetting m_maxPoints{
@@ -90,7 +95,7 @@ private:
         "maxPoints",
         XYPointRing::kInitialCapacity,
         {tr("Max points:"), tr("How many of the newest points are shown"), 1, XYPointRing::kMaxCapacity},
-        {0, XYPointRing::kMaxCapacity}};
+        {.least = 0, .most = XYPointRing::kMaxCapacity}};
     BoolSetting m_drawLines{settings(),
                             "drawLines",
                             false,

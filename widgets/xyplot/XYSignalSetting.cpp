@@ -8,9 +8,8 @@ constexpr int kChoiceCharacters = 24;
 
 } // namespace
 
-XYSignalSetting::XYSignalSetting(WidgetSettings& all, const char* key, const QString& label,
-                                 const QString& toolTip)
-    : EditedSetting(all, key, QString(), label, toolTip)
+XYSignalSetting::XYSignalSetting(WidgetSettings& all, const char* key, const SettingRow& row)
+    : EditedSetting(all, key, QString(), row)
 {}
 
 void XYSignalSetting::load(const QJsonValue& entry) { set(entry.toString(value())); }

@@ -10,7 +10,7 @@
 class XYSignalSetting : public EditedSetting<QString, QComboBox>
 {
 public:
-    XYSignalSetting(WidgetSettings& all, const char* key, const QString& label, const QString& toolTip);
+    XYSignalSetting(WidgetSettings& all, const char* key, const SettingRow& row);
 
     void load(const QJsonValue& entry) override;
 

@@ -129,7 +129,7 @@ private Q_SLOTS:
         indicator.setGroupId(" MODE ");
         const TestCatalogue catalogue(
             "DASHBOARD_STATE_GROUP(MODE, \"Operating\")\nDASHBOARD_STATE_GROUP(B, \"Other\")\n");
-        indicator.refreshGroupDisplayFromParser();
+        indicator.definitionsChanged();
         QCOMPARE(indicator.groupLabel(), u"Operating"_s);
         indicator.setStateId(" Pass ", QString());
         indicator.setGroupId("MODE ");
