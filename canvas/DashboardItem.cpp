@@ -316,11 +316,13 @@ void DashboardItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
     event->accept();
 }
 
-// Never left to the base class, which would itself move the item, off the grid, for a left button that went
-// down elsewhere.
+// In design mode never left to the base class, which would itself move the item, off the grid, for a left
+// button that went down elsewhere.
 void DashboardItem::mouseMoveEvent(QGraphicsSceneMouseEvent* event)
 {
-    if (m_gesture.isActive())
+    if (!m_designMode)
+        QGraphicsObject::mouseMoveEvent(event);
+    else if (m_gesture.isActive())
         m_gesture.move(event->scenePos());
     else
         event->ignore();
@@ -352,7 +354,7 @@ void DashboardItem::contextMenuEvent(QGraphicsSceneContextMenuEvent* event)
         return;
     }
     event->accept();
-    m_gesture.abort();
+    m_gesture.abort(); // the menu takes the mouse
     if (m_inMenu)
         return;
     // Menu and dialogs run their own event loops; whoever deletes the item from there must wait for the end.

@@ -74,6 +74,21 @@ private Q_SLOTS:
         QVERIFY(!QApplication::overrideCursor());
     }
 
+    void dragStaysWithinTheCanvas()
+    {
+        Designed canvas;
+        canvas.drag({200, 200}, {3e6, -3e6});
+        QCOMPARE(canvas.item->pos(), QPointF(1e6, -1e6));
+    }
+
+    void leavingDesignLetsTheMouseGo()
+    {
+        Designed canvas;
+        canvas.press({200, 200});
+        canvas.setDesignMode(false);
+        QVERIFY(!canvas.scene.mouseGrabberItem());
+    }
+
     void dragsFromThePressHoweverManyMovesAreHandledAtOnce()
     {
         Designed canvas;
@@ -194,8 +209,10 @@ private Q_SLOTS:
     {
         Designed canvas;
         const QPointer<DashboardWidget> widget = canvas.item->widget();
+        ModalAnswer answer;
         QTimer::singleShot(0, &canvas.scene, [&canvas] { canvas.item->requestDelete(); });
-        pick(canvas, {200, 200}, u"Bring to Front"_s);
+        pick(canvas, {200, 200}, u"Delete"_s);
+        QVERIFY(answer.titles().isEmpty()); // there is nothing left to ask about
         QTRY_VERIFY(!widget);
     }
 

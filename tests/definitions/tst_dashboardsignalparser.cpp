@@ -95,6 +95,29 @@ private Q_SLOTS:
         QCOMPARE(summary(parser), u"E:NEW|17|x|x"_s);
     }
 
+    void whatIsNotDeclaredStandsForItself()
+    {
+        DashboardSignalParser parser(
+            write("DASHBOARD_SIGNAL(LONE, \"Lone\", GONE)\nDASHBOARD_ERROR(HOT, 17, \"Too hot\")"));
+        QVERIFY(parser.parse());
+        QVERIFY(!parser.mappingOfSignal(u"LONE"_s));
+        QCOMPARE(parser.displayName(u"OTHER"_s), u"OTHER"_s);
+        QCOMPARE(parser.stateLabel(u"MODE"_s, u"RUN"_s), u"RUN"_s);
+        QCOMPARE(parser.errorText(u"17"_s), u"17"_s); // a code is no id
+    }
+
+    void saysWhatWasDeclaredFirstOrLast()
+    {
+        DashboardSignalParser parser(
+            write("DASHBOARD_MAPPING(M, 1, 2)\nDASHBOARD_MAPPING(M, 5, 6)\n"
+                  "DASHBOARD_SIGNAL(SIG, \"first\", M)\nDASHBOARD_SIGNAL(SIG, \"last\", X)\n"
+                  "DASHBOARD_STATE(G, S, \"first\")\nDASHBOARD_STATE(G, S, \"last\")\n"));
+        QVERIFY(parser.parse());
+        QCOMPARE(parser.mappingOfSignal(u"SIG"_s)->physical(10.0), 21.0);
+        QCOMPARE(parser.displayName(u"SIG"_s), u"first"_s);
+        QCOMPARE(parser.stateLabel(u"G"_s, u"S"_s), u"last"_s);
+    }
+
 private:
     QString write(const QByteArray& content)
     {

@@ -103,6 +103,15 @@ private Q_SLOTS:
         QCOMPARE(timesOf(filled.intake), {});
     }
 
+    void storesNoStampedRepeat()
+    {
+        Filled filled;
+        filled.intake.clear();
+        filled.intake.addStamped("A", 1.0, 0);
+        filled.intake.addStamped("A", 1.0, 5000);
+        QCOMPARE(timesOf(filled.intake), {0});
+    }
+
     void trimsBothEnds()
     {
         Filled filled;

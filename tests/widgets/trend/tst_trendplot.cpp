@@ -243,6 +243,20 @@ private Q_SLOTS:
         QCOMPARE(plot.series("A")->first().tMs, 60); // repeated, and the newest before the window
     }
 
+    void prunesAndTrimsItsSamples()
+    {
+        TrendPlotWidget plot;
+        fill(plot); // whole seconds from 0 to 19, and the window is 10 s wide
+        plot.setExternalNowMs(15'000);
+        plot.pruneOld();
+        QCOMPARE(plot.series("A")->first().tMs, 4000); // the newest before the window stays
+        plot.pruneOld(15'030);
+        QCOMPARE(plot.series("A")->first().tMs, 6000); // and here it goes
+        plot.trimToWindowEndingAt(12'500);
+        QCOMPARE(plot.series("A")->last().tMs, 12'000);
+        QCOMPARE(plot.valueAtTime("A", 8'400), 8.0);
+    }
+
     void scalesToWhatIsSeen()
     {
         using Row = std::tuple<QList<double>, double, double>;

@@ -37,6 +37,18 @@ private Q_SLOTS:
         QCOMPARE(plot.points().points(), Points({{7, 6}}));
     }
 
+    void changedSignalForgetsItsOwnValueOnly()
+    {
+        XYPlotWidget plot;
+        plot.loadConfig({{"xSignal", "X"}, {"ySignal", "Y"}});
+        plot.setValueForSignalAt("X", 1, 0.000);
+        plot.setValueForSignalAt("Y", 2, 0.030);
+        plot.loadConfig({{"ySignal", "Z"}});
+        plot.setValueForSignalAt("X", 3, 0.060); // no Z to pair it with
+        plot.setValueForSignalAt("Z", 4, 0.090);
+        QCOMPARE(plot.points().points(), Points({{1, 2}, {3, 4}}));
+    }
+
     void keepsOrderThroughChangesOfCapacity()
     {
         XYPointRing ring;
