@@ -32,7 +32,7 @@ struct CsvColumn
 {
     QString key;
     QString title;
-    std::optional<DashboardMapping> mapping; ///< of what is written
+    std::optional<DashboardMapping> mapping; ///< applied to each value; without one it is written as it is
 };
 
 /// The columns of these keys. With mappings and a catalogue the titles are display names with "(mapped)".

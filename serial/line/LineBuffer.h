@@ -6,8 +6,8 @@
 class QIODevice;
 
 // Cuts a stream of bytes into lines, however it is divided into reads: each byte is searched for a line feed
-// once, and what has been taken is removed once per read. The live input and the reader of recordings have
-// one each. It does not decode lines, and it does not limit their length.
+// once, and what has been taken is removed when no line is left to take. The live input and the reader of
+// recordings have one each. It does not decode lines, and it does not limit their length.
 class LineBuffer
 {
 public:

@@ -24,7 +24,11 @@ public:
     /// Adds a key as the next one. A key that is there already shares its number from now on.
     void append(const QString& key, double number);
     /// Replaces the number of a key, which must be there.
-    void set(std::size_t key, double number) { *m_cells[key] = number; }
+    void set(std::size_t key, double number)
+    {
+        Q_ASSERT(m_map.isDetached());
+        *m_cells[key] = number;
+    }
     /// Removes all keys from this one on. Each key must stand there once.
     void truncate(std::size_t size);
     void clear();
