@@ -13,14 +13,14 @@ void ReusedValueMap::detach()
 
 void ReusedValueMap::append(const QString& key, double number)
 {
-    Q_ASSERT(m_map.isDetached());
+    Q_ASSERT(m_map.isEmpty() || m_map.isDetached());
     m_cells.push_back(&m_map.insert(key, number).value());
     m_keys.push_back(key);
 }
 
 void ReusedValueMap::truncate(std::size_t size)
 {
-    Q_ASSERT(m_map.isDetached());
+    Q_ASSERT(m_map.isEmpty() || m_map.isDetached());
     for (; m_keys.size() > size; m_keys.pop_back(), m_cells.pop_back())
         m_map.remove(m_keys.back());
 }
