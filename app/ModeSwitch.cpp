@@ -11,6 +11,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 /// What belongs to one mode; null where there is nothing to do. Entering may refuse.
@@ -40,6 +41,7 @@ const ModeSwitch::Row& ModeSwitch::rowOf(Mode mode)
         {Pause, QT_TR_NOOP("Pause..."), false, Paused, nullptr, nullptr},
         {Idle, QT_TR_NOOP("Idle"), true, Live, nullptr, &Self::enterIdleMode},
     };
+    static_assert(std::size(kRows) == Idle + 1);
     static_assert(std::ranges::all_of(kRows, [](const Row& row) { return &row - kRows == row.mode; }));
     return kRows[mode];
 }

@@ -108,13 +108,13 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    // In the order in which the parts come into being.
+    // In the order in which the parts come into being; each connects what it makes with what there is.
     void setupCanvas();
     void setupToolBars();
-    void setupStatusBar();
     void setupSerialUi();
     void setupLicense();
     void setupRecorder();
+    void setupStatusBar();
     void setupPlayback();
     void setupModes();
     void setupProject();

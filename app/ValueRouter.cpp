@@ -12,6 +12,13 @@
 
 namespace {
 
+QList<DashboardWidget*> thoseThatShow(DashboardWidget::Event event, QList<DashboardWidget*> widgets)
+{
+    widgets.removeIf(
+        [event](const DashboardWidget* widget) { return !widget->shownEvents().testFlag(event); });
+    return widgets;
+}
+
 double wallClockSeconds() { return double(QDateTime::currentMSecsSinceEpoch()) / 1000.0; }
 
 } // namespace
@@ -175,10 +182,11 @@ void ValueRouter::rebuildIndex()
     m_routes.clear();
     for (Signal& signal : m_signals)
         signal.route = -1;
-    m_stateWidgets = widgetsThatShow(DashboardWidget::StateEvent, true);
-    m_errorWidgets = widgetsThatShow(DashboardWidget::ErrorEvent, false);
-    m_messageWidgets = widgetsThatShow(DashboardWidget::MessageEvent, false);
+    const QList<DashboardWidget*> all = m_scene->widgets(false);
     const QList<DashboardWidget*> topLevel = m_scene->widgets(true);
+    m_stateWidgets = thoseThatShow(DashboardWidget::StateEvent, topLevel);
+    m_errorWidgets = thoseThatShow(DashboardWidget::ErrorEvent, all);
+    m_messageWidgets = thoseThatShow(DashboardWidget::MessageEvent, all);
     for (DashboardWidget* widget : topLevel) {
         const QList<QString> entries = widget->assignedSignalList();
         for (const QString& entry : entries) {
@@ -196,14 +204,6 @@ void ValueRouter::rebuildIndex()
             feed.routes.insert(canonical(entry), m_signals[canonical(entry)].route);
         m_trendFeeds.append(feed);
     }
-}
-
-QList<DashboardWidget*> ValueRouter::widgetsThatShow(DashboardWidget::Event event, bool topLevelOnly) const
-{
-    QList<DashboardWidget*> widgets = m_scene->widgets(topLevelOnly);
-    widgets.removeIf(
-        [event](const DashboardWidget* widget) { return !widget->shownEvents().testFlag(event); });
-    return widgets;
 }
 
 ValueRouter::Route& ValueRouter::routeTo(const QString& name)

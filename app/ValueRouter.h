@@ -1,7 +1,6 @@
 #pragma once
 
 #include "definitions/DashboardSignalParser.h"
-#include "widgets/DashboardWidget.h"
 
 #include <QHash>
 #include <QList>
@@ -12,6 +11,7 @@
 #include <optional>
 
 class ActiveDefinitions;
+class DashboardWidget;
 class DesignScene;
 class TrendPlotWidget;
 
@@ -82,7 +82,6 @@ private:
     void deliver(const Signal& signal, const QString& name, double raw, double tSec) const;
     void ensureIndex();
     void rebuildIndex();
-    QList<DashboardWidget*> widgetsThatShow(DashboardWidget::Event event, bool topLevelOnly) const;
     Route& routeTo(const QString& name);
     static double physical(const Route& route, double raw);
 

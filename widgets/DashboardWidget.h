@@ -54,8 +54,8 @@ public:
     /// What a device says beside values.
     enum Event { StateEvent = 1, ErrorEvent = 2, MessageEvent = 4 };
     Q_DECLARE_FLAGS(Events, Event)
-    /// Which of these reach this widget, by the functions below; none unless a type says so. Asked when the
-    /// widget comes onto the canvas.
+    /// Which of these the router brings to this widget, by the functions that follow; none unless a type says
+    /// so. Always the same for a type.
     virtual Events shownEvents() const;
     /// The device is in another state. The group's name is compared ignoring letter case.
     virtual void showState(const QString& groupId, const QString& stateId, const QString& label);

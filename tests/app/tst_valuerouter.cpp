@@ -30,10 +30,17 @@ public:
         log->append({this, name, value});
         lastTime = tSec;
     }
+    Events shownEvents() const override { return {StateEvent, ErrorEvent, MessageEvent}; }
+    void showState(const QString&, const QString&, const QString&) override { note(u"state"_s); }
+    void appendError(double, const QString&, const QString&) override { note(u"error"_s); }
+    void appendMessage(double, const QString&) override { note(u"message"_s); }
     DashboardItem* item() const { return static_cast<DashboardItem*>(graphicsProxyWidget()->parentItem()); }
 
     Log* log = nullptr;
     double lastTime = -1.0;
+
+private:
+    void note(const QString& event) { log->append({this, event, 0.0}); }
 };
 
 struct Rig
@@ -67,6 +74,23 @@ struct Rig
                 expected.append({item->widget(), name, value});
         }
         return expected;
+    }
+
+    /// The same for a state, an error and a message.
+    Log walkForEvents() const
+    {
+        Log states, errors, messages;
+        const QList<QGraphicsItem*> items = scene.items(Qt::DescendingOrder);
+        for (QGraphicsItem* graphicsItem : items) {
+            const auto* item = dynamic_cast<DashboardItem*>(graphicsItem);
+            if (!item || !item->widget())
+                continue;
+            if (!item->parentItem())
+                states.append({item->widget(), u"state"_s, 0.0});
+            errors.append({item->widget(), u"error"_s, 0.0});
+            messages.append({item->widget(), u"message"_s, 0.0});
+        }
+        return states + errors + messages;
     }
 };
 
@@ -116,6 +140,12 @@ private Q_SLOTS:
                 probes.removeOne(any);
                 delete item;
             }
+            const Log events = rig.walkForEvents();
+            const qsizetype beforeEvents = rig.log.size();
+            rig.router.routeState(u"G"_s, u"S"_s);
+            rig.router.routeError(0.0, u"E"_s);
+            rig.router.routeMessage(0.0, u"M"_s);
+            QCOMPARE(rig.log.mid(beforeEvents), events);
             const QString key = name();
             const Log expected = rig.walk(key, step);
             const qsizetype before = rig.log.size();

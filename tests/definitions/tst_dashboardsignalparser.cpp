@@ -113,6 +113,7 @@ private Q_SLOTS:
                   "DASHBOARD_SIGNAL(SIG, \"first\", M)\nDASHBOARD_SIGNAL(SIG, \"last\", X)\n"
                   "DASHBOARD_STATE(G, S, \"first\")\nDASHBOARD_STATE(G, S, \"last\")\n"));
         QVERIFY(parser.parse());
+        QVERIFY(parser.mappingOfSignal(u"SIG"_s));
         QCOMPARE(parser.mappingOfSignal(u"SIG"_s)->physical(10.0), 21.0);
         QCOMPARE(parser.displayName(u"SIG"_s), u"first"_s);
         QCOMPARE(parser.stateLabel(u"G"_s, u"S"_s), u"last"_s);

@@ -152,6 +152,21 @@ private Q_SLOTS:
         QCOMPARE(rig.engine.getMaxTimestamp(), 7.0);
     }
 
+    void liveLineDuringALoadLeavesTheReplaysPicture()
+    {
+        Rig rig;
+        rig.control.showRecorded(rig.write(u"a.rec"_s, "0 A=1\n100 A=2\n"));
+        QTest::keyClick(&rig.slider, Qt::Key_End);
+        rig.write(u"a.rec"_s, "0 A=1\n100 A=3\n200 A=4\n"); // another file, so that Play loads it
+        qint64 nowMs = -1;
+        connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, this, [&] {
+            rig.control.onLiveLine();
+            nowMs = rig.plot->currentNowMs();
+        });
+        rig.play();
+        QCOMPARE(nowMs, 100'000);
+    }
+
     void saysWhichDefinitionsAreUsed()
     {
         Rig rig;

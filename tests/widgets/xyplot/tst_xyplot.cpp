@@ -44,9 +44,10 @@ private Q_SLOTS:
         plot.setValueForSignalAt("X", 1, 0.000);
         plot.setValueForSignalAt("Y", 2, 0.030);
         plot.loadConfig({{"ySignal", "Z"}});
-        plot.setValueForSignalAt("X", 3, 0.060); // no Z to pair it with
-        plot.setValueForSignalAt("Z", 4, 0.090);
-        QCOMPARE(plot.points().points(), Points({{1, 2}, {3, 4}}));
+        plot.setValueForSignalAt("X", 1, 0.060); // no Z to pair it with
+        plot.loadConfig({{"ySignal", "W"}});
+        plot.setValueForSignalAt("W", 4, 0.090);
+        QCOMPARE(plot.points().points(), Points({{1, 2}, {1, 4}})); // with the X from before
     }
 
     void keepsOrderThroughChangesOfCapacity()
