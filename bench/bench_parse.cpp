@@ -2,8 +2,8 @@
 // in the most straightforward way (plain). Compare items_per_second, which are lines; parse_plain.py parses
 // the same lines.
 
-#include "fuzz/PlainParser.h"
 #include "serial/SerialManager.h"
+#include "support/PlainGrammar.h"
 
 #include <algorithm>
 #include <array>

@@ -3,11 +3,11 @@
 
 #include "playback/recording/RecordingReader.h"
 #include "playback/recording/RecordingValues.h"
+#include "support/PlainGrammar.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -63,32 +63,30 @@ void writeRecording(const QString& path)
     }
 }
 
-/// What the recording is measured against.
-struct PlainFrame
+/// What the recording is measured against: everything that was said so far, kept for every line.
+struct PlainFrames
 {
-    double timestamp = 0.0;
-    QMap<QString, double> values;
+    std::vector<double> times;
+    std::vector<QMap<QString, double>> values;
+    QMap<QString, double> running;
+
+    void state(const QString&, const QString&) {}
+    void error(const QString&) {}
+    void text(const QString&) {}
+    void value(const QString& key, double number) { running[key] = number; }
 };
 
-std::vector<PlainFrame> loadPlainly(const QString& path, int lines)
+PlainFrames loadPlainly(const QString& path, int lines)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         die("cannot read the recording");
-    static const QRegularExpression kSpaces(QStringLiteral("\\s+"));
-    std::vector<PlainFrame> frames;
-    QMap<QString, double> running;
-    for (int line = 0; line < lines; ++line) {
-        QStringList tokens = QString::fromUtf8(file.readLine()).trimmed().split(kSpaces, Qt::SkipEmptyParts);
-        const double timestamp = tokens.takeFirst().toDouble();
-        for (const QString& token : tokens) {
-            const qsizetype equalSign = token.indexOf(QLatin1Char('='));
-            bool isNumber = false;
-            const double number = token.mid(equalSign + 1).trimmed().toDouble(&isNumber);
-            if (isNumber)
-                running[token.left(equalSign).trimmed()] = number;
-        }
-        frames.push_back({timestamp, running});
+    PlainFrames frames;
+    for (int i = 0; i < lines; ++i) {
+        const PlainLine line = splitPlainly(QString::fromUtf8(file.readLine()).trimmed());
+        readWordsPlainly(line.words, frames);
+        frames.times.push_back(line.time.value_or(0.0));
+        frames.values.push_back(frames.running);
     }
     return frames;
 }
@@ -112,14 +110,14 @@ SignalRecording load(const QString& path)
     return recording;
 }
 
-void compare(const SignalRecording& recording, const std::vector<PlainFrame>& frames)
+void compare(const SignalRecording& recording, const PlainFrames& frames)
 {
     if (recording.frameCount() != kLines)
         die("lines are missing");
     RecordingValues values(&recording);
-    for (std::size_t frame = 0; frame < frames.size(); ++frame) {
-        if (recording.timestamp(qsizetype(frame)) != frames[frame].timestamp ||
-            values.at(qsizetype(frame)) != frames[frame].values)
+    for (std::size_t frame = 0; frame < frames.times.size(); ++frame) {
+        if (recording.timestamp(qsizetype(frame)) != frames.times[frame] ||
+            values.at(qsizetype(frame)) != frames.values[frame])
             die("the loaders disagree");
     }
 }
@@ -136,7 +134,7 @@ void measureLoading(const QString& path, SignalRecording& recording)
 
     before = usedBytes();
     clock.start();
-    const std::vector<PlainFrame> frames = loadPlainly(path, kPlainLines);
+    const PlainFrames frames = loadPlainly(path, kPlainLines);
     print("load_plain_ns_per_line", double(clock.nsecsElapsed()) / kPlainLines);
     print("load_plain_bytes_per_frame", (usedBytes() - before) / kPlainLines);
     compare(recording, frames);

@@ -1,9 +1,9 @@
 // Any bytes from a port, cut into reads anywhere: the serial manager says what a plain parser says of the
 // whole. The first byte is the size of the reads.
 
-#include "fuzz/PlainParser.h"
 #include "serial/SerialManager.h"
 #include "support/LineEvents.h"
+#include "support/PlainGrammar.h"
 
 #include <cstdint>
 

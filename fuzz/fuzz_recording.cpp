@@ -3,9 +3,9 @@
 
 #include "playback/recording/RecordingReader.h"
 #include "playback/recording/RecordingValues.h"
+#include "support/PlainGrammar.h"
 
 #include <QFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -30,59 +30,37 @@ struct PlainFrame
     QList<Pair> states;
     QStringList errors;
     QStringList messages;
+
+    void state(const QString& group, const QString& name) { states.append({group, name}); }
+    void error(const QString& id) { errors.append(id); }
+    void text(const QString&) {}
+    void value(const QString& key, double number)
+    {
+        ownValues.append({key, number});
+        values[key] = number;
+    }
 };
 
 using PlainFrames = std::vector<PlainFrame>;
 
-void readPairsPlainly(const QStringList& tokens, PlainFrame& frame)
-{
-    for (const QString& token : tokens) {
-        const qsizetype equalSign = token.indexOf(QLatin1Char('='));
-        if (equalSign <= 0)
-            continue;
-        const QString key = token.left(equalSign).trimmed();
-        const QString value = token.mid(equalSign + 1).trimmed();
-        bool isNumber = false;
-        const double number = value.toDouble(&isNumber);
-        if (key.startsWith(QLatin1String("ST_"))) {
-            if (key.size() > 3 && !value.isEmpty())
-                frame.states.append({key.mid(3), value});
-        } else if (key == QLatin1String("ERR")) {
-            if (!value.isEmpty())
-                frame.errors.append(value);
-        } else if (isNumber) {
-            frame.ownValues.append({key, number});
-            frame.values[key] = number;
-        }
-    }
-}
-
 PlainFrames readPlainly(const QByteArray& bytes)
 {
-    static const QRegularExpression kSpaces(QStringLiteral("\\s+"));
     PlainFrames frames;
     const QList<QByteArray> lines = bytes.split('\n');
     for (const QByteArray& bytesOfLine : lines) {
-        const QString line = QString::fromUtf8(bytesOfLine).trimmed();
-        if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
+        const QString text = QString::fromUtf8(bytesOfLine).trimmed();
+        if (text.isEmpty() || text.startsWith(QLatin1Char('#')))
             continue;
-        QStringList tokens = line.split(kSpaces, Qt::SkipEmptyParts);
+        const PlainLine line = splitPlainly(text);
         PlainFrame frame;
+        frame.timestamp = line.time.value_or(0.0);
         if (!frames.empty())
             frame.values = frames.back().values;
-        bool isNumber = false;
-        frame.timestamp = tokens.first().toDouble(&isNumber);
-        if (isNumber)
-            tokens.removeFirst();
-        else
-            frame.timestamp = 0.0;
-        if (!tokens.isEmpty() && tokens.first() == QLatin1String("RAW")) {
-            const QString message = tokens.mid(1).join(QLatin1Char(' '));
-            if (!message.isEmpty())
-                frame.messages.append(message);
-        } else {
-            readPairsPlainly(tokens, frame);
-        }
+        const bool isRaw = !line.words.isEmpty() && line.words.first() == QLatin1String("RAW");
+        if (!isRaw)
+            readWordsPlainly(line.words, frame);
+        else if (line.words.size() > 1)
+            frame.messages.append(line.words.mid(1).join(QLatin1Char(' ')));
         frames.push_back(frame);
     }
     return frames;

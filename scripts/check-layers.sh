@@ -29,7 +29,7 @@ declare -A allowed=(
     [app/toolbars]="$below_app"
     [app/status]="$below_app"
     [tests]="$all"
-    [bench]="$all fuzz"
+    [bench]="$all"
     [fuzz]="$all"
 )
 for type in $types; do

@@ -1,4 +1,5 @@
-#include "support/WidgetTools.h"
+#include "support/Catalogue.h"
+#include "support/WidgetPicture.h"
 #include "widgets/decor/LineWidget.h"
 #include "widgets/decor/TextLabelWidget.h"
 #include "widgets/values/BarGraphWidget.h"
@@ -85,7 +86,7 @@ private Q_SLOTS:
             QCOMPARE(darkPixels(image, QRect(20, y - 6, 6, 12)) > 0, y == 8); // of 100, at the top
         }
         QVERIFY(picture(*graph({"Fan"}, 0, 100, 40)) != picture(*graph({"Pump"}, 0, 100, 40)));
-        const TestCatalogue catalogue("DASHBOARD_SIGNAL(A, \"Pump\", NONE)\n");
+        const ProjectCatalogue catalogue("DASHBOARD_SIGNAL(A, \"Pump\", NONE)\n");
         QCOMPARE(picture(*graph({"A"}, 0, 100, 40)), picture(*graph({"Pump"}, 0, 100, 40)));
     }
 

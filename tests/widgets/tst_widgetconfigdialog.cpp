@@ -1,5 +1,5 @@
 #include "support/ModalAnswer.h"
-#include "support/WidgetTools.h"
+#include "support/Catalogue.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/values/AnalogGaugeWidget.h"
 
@@ -30,7 +30,7 @@ private Q_SLOTS:
             return gauge.assignedSignalList();
         };
         QCOMPARE(assigned({"SIG_X", "SIG_B"}), QStringList({"SIG_X", "SIG_B"})); // no catalogue, no choice
-        const TestCatalogue catalogue(kLines);
+        const ProjectCatalogue catalogue(kLines);
         QCOMPARE(assigned({}), QStringList{"SIG_A"});
         QCOMPARE(assigned({"sig_a", "SIG_B"}), QStringList{"sig_a"});
         QCOMPARE(assigned({"INNER"}), QStringList{"SIG_B"}); // part of the text
@@ -40,7 +40,7 @@ private Q_SLOTS:
 
     void assignsSelectedSignals()
     {
-        const TestCatalogue catalogue(kLines);
+        const ProjectCatalogue catalogue(kLines);
         SeveralSignals widget;
         widget.assignSignals({"SIG_B", "SIG_X"});
         DashboardWidgetConfigDialog dialog(&widget);

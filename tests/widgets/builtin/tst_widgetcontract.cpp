@@ -1,5 +1,6 @@
 #include "support/TextRecorder.h"
-#include "support/WidgetTools.h"
+#include "support/Catalogue.h"
+#include "support/WidgetPicture.h"
 #include "widgets/DashboardWidgetConfigDialog.h"
 #include "widgets/DashboardWidgetFactory.h"
 #include "widgets/trend/TrendPlotWidget.h"
@@ -196,7 +197,7 @@ private:
         }
     }
 
-    TestCatalogue m_catalogue{"DASHBOARD_SIGNAL(A, \"A\", NONE)\nDASHBOARD_SIGNAL(B, \"B\", NONE)\n"
+    ProjectCatalogue m_catalogue{"DASHBOARD_SIGNAL(A, \"A\", NONE)\nDASHBOARD_SIGNAL(B, \"B\", NONE)\n"
                               "DASHBOARD_STATE_GROUP(M, \"M\")\n"};
 };
 

@@ -1,4 +1,4 @@
-#include "support/WidgetTools.h"
+#include "support/WidgetPicture.h"
 #include "widgets/consoles/ErrorConsoleWidget.h"
 #include "widgets/consoles/MessagesConsoleWidget.h"
 

@@ -1,4 +1,4 @@
-#include "support/WidgetTools.h"
+#include "support/WidgetPicture.h"
 #include "widgets/trend/TrendMarkerLayout.h"
 #include "widgets/trend/TrendPlotWidget.h"
 #include "widgets/trend/TrendTrace.h"

@@ -1,5 +1,5 @@
 #include "support/Canvas.h"
-#include "support/WidgetTools.h"
+#include "support/WidgetPicture.h"
 #include "widgets/trend/TrendPlotWidget.h"
 
 #include <QApplication>

@@ -1,4 +1,5 @@
-#include "support/WidgetTools.h"
+#include "support/Catalogue.h"
+#include "support/WidgetPicture.h"
 #include "widgets/values/AnalogGaugeWidget.h"
 #include "widgets/values/DigitalDisplayWidget.h"
 #include "widgets/values/StateIndicatorWidget.h"
@@ -127,7 +128,7 @@ private Q_SLOTS:
     {
         StateIndicatorWidget indicator;
         indicator.setGroupId(" MODE ");
-        const TestCatalogue catalogue(
+        const ProjectCatalogue catalogue(
             "DASHBOARD_STATE_GROUP(MODE, \"Operating\")\nDASHBOARD_STATE_GROUP(B, \"Other\")\n");
         indicator.definitionsChanged();
         QCOMPARE(indicator.groupLabel(), u"Operating"_s);

@@ -1,4 +1,4 @@
-#include "support/WidgetTools.h"
+#include "support/WidgetPicture.h"
 #include "widgets/xyplot/DotCloud.h"
 #include "widgets/xyplot/XYPlotWidget.h"
 
