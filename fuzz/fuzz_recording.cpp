@@ -1,5 +1,6 @@
 // Any bytes as a recording file: what the reader keeps of it, and what can be asked of that, is what a plain
-// reader finds that keeps everything of every line.
+// reader finds that keeps everything of every line. Snapshots and blocks are so small that a few lines have
+// several of them.
 
 #include "playback/recording/RecordingReader.h"
 #include "playback/recording/RecordingValues.h"
@@ -73,8 +74,10 @@ bool isSame(double a, double b)
 
 bool isSame(const QMap<QString, double>& a, const QMap<QString, double>& b)
 {
-    return a.keys() == b.keys() &&
-           std::equal(a.cbegin(), a.cend(), b.cbegin(), [](double x, double y) { return isSame(x, y); });
+    const auto [endOfA, endOfB] = std::mismatch(
+        a.constKeyValueBegin(), a.constKeyValueEnd(), b.constKeyValueBegin(), b.constKeyValueEnd(),
+        [](const auto& x, const auto& y) { return x.first == y.first && isSame(x.second, y.second); });
+    return endOfA == a.constKeyValueEnd() && endOfB == b.constKeyValueEnd();
 }
 
 void check(bool holds, const char* what, qsizetype frame)
@@ -183,7 +186,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         qFatal("cannot write %s", qPrintable(path));
     file.close();
 
-    RecordingReader reader(path);
+    RecordingReader reader(path, SignalRecording({.valuesPerSnapshot = 16, .framesPerBlock = 8}));
     if (!reader.open())
         qFatal("cannot read %s", qPrintable(path));
     double progress = 0.0;

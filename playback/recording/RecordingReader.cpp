@@ -26,8 +26,9 @@ QString joinedWords(LineParser& parser)
 
 } // namespace
 
-RecordingReader::RecordingReader(const QString& path)
+RecordingReader::RecordingReader(const QString& path, SignalRecording recording)
     : m_file(path)
+    , m_recording(std::move(recording))
 {}
 
 bool RecordingReader::open()

@@ -12,7 +12,8 @@
 class RecordingReader
 {
 public:
-    explicit RecordingReader(const QString& path);
+    /// Reads into that recording, which is empty.
+    explicit RecordingReader(const QString& path, SignalRecording recording = {});
 
     /// False when there is no such regular file or it may not be read.
     [[nodiscard]] bool open();

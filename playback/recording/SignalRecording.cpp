@@ -6,12 +6,6 @@
 
 namespace {
 
-// Frames that are walked to find the first late one among them.
-constexpr std::size_t kBlockFrames = 1024;
-// Values between two snapshots, at least: few enough for a quick walk, many enough for 50 keys to cost
-// little.
-constexpr std::size_t kMinSnapshotValues = 4096;
-
 // Qt's comparison is a call of its own, which shows when a long recording is loaded.
 bool isSame(QStringView left, QStringView right)
 {
@@ -44,7 +38,7 @@ void SignalRecording::addFrame(double timestamp)
 {
     // A time that is no number is not below any time either, as infinity.
     const double late = std::isnan(timestamp) ? std::numeric_limits<double>::infinity() : timestamp;
-    if (m_times.size() % kBlockFrames == 0)
+    if (m_times.size() % m_spacing.framesPerBlock == 0)
         m_largestUpToBlock.push_back(m_times.empty() ? late : m_largestUpToBlock.back());
     m_largestUpToBlock.back() = std::max(m_largestUpToBlock.back(), late);
     if (timestamp > m_maxTimestamp)
@@ -60,7 +54,7 @@ void SignalRecording::addValue(QStringView key, double number)
     m_valueNumbers.append(number);
     m_latestNumbers[keyNumber] = number;
     const std::size_t before = m_snapshots.empty() ? 0 : std::size_t(m_snapshots.back().valueCount);
-    if (m_valueKeys.size() - before >= std::max(kMinSnapshotValues, m_latestNumbers.size()))
+    if (m_valueKeys.size() - before >= std::max(m_spacing.valuesPerSnapshot, m_latestNumbers.size()))
         takeSnapshot();
 }
 
@@ -117,7 +111,7 @@ qsizetype SignalRecording::leadingFramesBefore(double t) const
 {
     const auto block =
         std::ranges::partition_point(m_largestUpToBlock, [t](double largest) { return largest < t; });
-    const std::size_t first = std::size_t(block - m_largestUpToBlock.begin()) * kBlockFrames;
+    const std::size_t first = std::size_t(block - m_largestUpToBlock.begin()) * m_spacing.framesPerBlock;
     std::size_t frame = std::min(first, m_times.size());
     while (frame < m_times.size() && m_times[frame] < t)
         ++frame;

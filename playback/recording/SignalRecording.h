@@ -42,6 +42,23 @@ public:
         std::span<const double> numbers;
     };
 
+    /// How far apart what helps to find a frame quickly stands. Answers do not depend on it; small numbers
+    /// let small recordings have many of them.
+    struct Spacing
+    {
+        /// Between two snapshots, at least: few enough for a quick walk, many enough for 50 keys to cost
+        /// little.
+        std::size_t valuesPerSnapshot = 4096;
+        /// Frames that are walked to find the first late one among them.
+        std::size_t framesPerBlock = 1024;
+    };
+
+    SignalRecording() = default;
+    /// The numbers are at least 1.
+    explicit SignalRecording(const Spacing& spacing)
+        : m_spacing(spacing)
+    {}
+
     // --- Filling ---
 
     /// Begins a new frame; what follows belongs to it. The time may be anything, NaN and infinite included.
@@ -111,6 +128,7 @@ private:
     quint32 numberOfKey(QStringView key);
     void takeSnapshot();
 
+    Spacing m_spacing;
     ChunkedArray<double> m_times;
     ChunkedArray<qsizetype> m_firstValues;  // per frame
     std::vector<double> m_largestUpToBlock; // the largest time of the frames up to the end of each block
