@@ -14,14 +14,14 @@
 
 namespace {
 
-const QString kDefinitionsName = QStringLiteral("dashboard_signals.def");
+constexpr QLatin1String kDefinitionsName("dashboard_signals.def");
 constexpr int kMessageMs = 3000;
-const QString kApplication = QStringLiteral("Sigvane");
-const QString kProjectDirKey = QStringLiteral("projectDir");
+constexpr QLatin1String kApplication("Sigvane");
+constexpr QLatin1String kProjectDirKey("projectDir");
 // Two stores on purpose: the prompt's own one forgets its folder at every start, the other one keeps the last
 // project that was opened in any way.
-const QString kPromptOrganization = QStringLiteral("Tavimar");
-const QString kLastOpenedOrganization = QStringLiteral("YourCompany");
+constexpr QLatin1String kPromptOrganization("Tavimar");
+constexpr QLatin1String kLastOpenedOrganization("YourCompany");
 
 } // namespace
 

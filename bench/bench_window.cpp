@@ -21,6 +21,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -44,8 +45,8 @@ constexpr qint64 kPatienceMs = 5000;
 constexpr QSize kWindowSize(1600, 1000);
 
 // Shown by the example's dashboard, each on every line of its device.
-const QByteArrayList kFloodKeys = {"SPEED", "DUTY", "I_PHASE", "V_BUS", "TORQUE",
-                                   "POWER", "P_IN", "P_OUT",   "FLOW",  "VIB"};
+constexpr std::array kFloodKeys{"SPEED", "DUTY", "I_PHASE", "V_BUS", "TORQUE",
+                                "POWER", "P_IN", "P_OUT",   "FLOW",  "VIB"};
 
 [[noreturn]] void die(const char* what)
 {
@@ -129,7 +130,8 @@ private:
         constexpr qint64 kBlockLines = 1000;
         QByteArray block;
         for (qint64 i = 0; i < kBlockLines; ++i)
-            block += kFloodKeys[i % kFloodKeys.size()] + '=' + QByteArray::number(1000 + i) + '\n';
+            block +=
+                kFloodKeys[std::size_t(i) % kFloodKeys.size()] + ('=' + QByteArray::number(1000 + i) + '\n');
         for (qint64 lines = 0; lines < kFloodLines; lines += kBlockLines) {
             for (qsizetype done = 0; done < block.size();) {
                 const ssize_t written =
@@ -257,8 +259,8 @@ double floodWindow(qint64& lost, double& longestBlockMs)
 {
     Rig rig;
     QList<QString> names;
-    for (const QByteArray& key : kFloodKeys)
-        names.append(QString::fromLatin1(key));
+    for (const char* key : kFloodKeys)
+        names.append(QLatin1String(key));
     const Probe* const probe = rig.addProbe(names);
     Flood flood;
     rig.open(QString::fromLocal8Bit(flood.port()));

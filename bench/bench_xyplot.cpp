@@ -35,7 +35,7 @@ void xyplot(benchmark::State& state)
     for (const QPointF& point : points)
         plot.pushPoint(point);
     QImage image(kSize, QImage::Format_ARGB32_Premultiplied);
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         plot.render(&image);
     if (plot.points().size() != state.range(0) || isBlank(image))
         state.SkipWithError("dots are missing");
@@ -50,7 +50,7 @@ void ellipses(benchmark::State& state)
     }();
     const QList<QPointF> points = randomPoints(state.range(0));
     QImage image(kSize, QImage::Format_ARGB32_Premultiplied);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         image.fill(Qt::white);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -70,6 +70,7 @@ void ellipses(benchmark::State& state)
 
 } // namespace
 
+// The macro makes what clazy warns of. clazy:excludeall=non-pod-global-static
 BENCHMARK(xyplot)->ArgName("dots")->Arg(200'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ellipses)->ArgName("dots")->Arg(200'000)->Unit(benchmark::kMillisecond);
 

@@ -1,12 +1,11 @@
 #include "serial/line/ReusedValueMap.h"
 
-#include <utility>
-
 void ReusedValueMap::detach()
 {
     if (m_map.isDetached())
         return;
-    const QMap<QString, double> old = std::exchange(m_map, {}); // keeps the old cells alive
+    QMap<QString, double> old; // keeps the old cells alive
+    old.swap(m_map);
     for (std::size_t key = 0; key < m_keys.size(); ++key)
         m_cells[key] = &m_map.insert(m_keys[key], *m_cells[key]).value();
 }

@@ -29,8 +29,8 @@ private:
     ChoiceSetting m_orientation{
         settings(),
         "orientation",
-        orientations().first(),
-        {tr("Orientation:"), tr("Which way the line runs"), orientations(), orientations().first()}};
+        orientations().constFirst(),
+        {tr("Orientation:"), tr("Which way the line runs"), orientations(), orientations().constFirst()}};
     /// In pixels; bounded only when it is drawn.
     IntSetting m_thickness{settings(),
                            "thickness",
