@@ -50,8 +50,33 @@ static void sendButton(Canvas& canvas, QEvent::Type type, Qt::MouseButton button
 // A canvas with one item, in design mode.
 struct Designed : Canvas
 {
+    static constexpr QPointF kCorner{345, 345}; ///< on the handle
+
     Designed() { setDesignMode(true); }
+    /// The cursor over the canvas when the mouse is there.
+    Qt::CursorShape cursorAt(const QPointF& pos)
+    {
+        move(pos, Qt::NoButton);
+        QCoreApplication::processEvents();
+        return view.viewport()->cursor().shape();
+    }
     DashboardItem* item = add("MessagesConsole", QRectF(100, 100, 250, 250));
+};
+
+// The item's console, with more lines than it can show; the window is active.
+struct Console : Designed
+{
+    explicit Console(bool designMode)
+    {
+        view.activateWindow();
+        if (!QTest::qWaitForWindowActive(&view)) // without the focus no widget's menu opens
+            qFatal("the view does not become active");
+        editor->setPlainText(u"line\n"_s.repeated(100));
+        setDesignMode(designMode);
+    }
+    int scrolled() const { return editor->verticalScrollBar()->value(); }
+
+    QTextEdit* editor = item->widget()->findChild<QTextEdit*>();
 };
 
 using Ending = std::function<void(Designed&)>;
@@ -61,17 +86,26 @@ class TestDashboardItem : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void dragsAndResizesOnTheGrid()
+    void dragsOnTheGrid()
     {
         Designed canvas;
         canvas.drag({200, 200}, {214, 215});
         QCOMPARE(canvas.item->pos(), QPointF(110, 120)); // halves round away from zero
-        canvas.press({355, 365});                        // the corner
+    }
+
+    void resizesOnTheGrid()
+    {
+        Designed canvas;
+        canvas.drag(Designed::kCorner, {421, 383});
+        QCOMPARE(canvas.item->sceneBoundingRect(), QRectF(100, 100, 330, 290));
+    }
+
+    void resizeHasItsCursor()
+    {
+        Designed canvas;
+        canvas.press(Designed::kCorner);
         QCOMPARE(QApplication::overrideCursor()->shape(), Qt::SizeFDiagCursor);
-        canvas.move({431, 403});
-        canvas.release({431, 403});
-        QCOMPARE(canvas.item->sceneBoundingRect(), QRectF(110, 120, 330, 290));
-        QVERIFY(!QApplication::overrideCursor());
+        canvas.release(Designed::kCorner);
     }
 
     void dragStaysWithinTheCanvas()
@@ -105,7 +139,7 @@ private Q_SLOTS:
         QTest::addColumn<QPointF>("start");
         QTest::addColumn<QRectF>("expected");
         QTest::newRow("drag") << QPointF(200, 200) << QRectF(130, 150, 250, 250);
-        QTest::newRow("resize") << QPointF(345, 345) << QRectF(100, 100, 280, 300);
+        QTest::newRow("resize") << Designed::kCorner << QRectF(100, 100, 280, 300);
     }
     void middleClickDoesNotEndTheGesture()
     {
@@ -149,59 +183,89 @@ private Q_SLOTS:
         canvas.release({200, 200});
     }
 
+    void cursorSaysWhoGetsTheMouse_data()
+    {
+        QTest::addColumn<bool>("designMode");
+        QTest::addColumn<QPointF>("pos");
+        QTest::addColumn<Qt::CursorShape>("shape");
+        QTest::newRow("design") << true << QPointF(200, 150) << Qt::OpenHandCursor;
+        QTest::newRow("design, on the handle") << true << Designed::kCorner << Qt::SizeFDiagCursor;
+        QTest::newRow("run") << false << QPointF(200, 150) << Qt::IBeamCursor;
+    }
+    void cursorSaysWhoGetsTheMouse()
+    {
+        QFETCH(bool, designMode);
+        QFETCH(QPointF, pos);
+        Console canvas(designMode);
+        QTEST(canvas.cursorAt(pos), "shape");
+    }
+
+    void widgetGetsTheMouseInRunModesOnly_data()
+    {
+        QTest::addColumn<bool>("designMode");
+        QTest::newRow("design") << true;
+        QTest::newRow("run") << false;
+    }
     void widgetGetsTheMouseInRunModesOnly()
     {
-        Designed canvas;
-        canvas.view.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&canvas.view)); // without the focus no widget's menu opens
-        auto* editor = canvas.item->widget()->findChild<QTextEdit*>();
-        editor->setPlainText(u"line\n"_s.repeated(100));
-        QCoreApplication::processEvents();
-        const QScrollBar* bar = editor->verticalScrollBar();
-        const auto cursorAt = [&canvas](const QPointF& pos) {
-            canvas.move(pos, Qt::NoButton);
-            QCoreApplication::processEvents();
-            return canvas.view.viewport()->cursor().shape();
-        };
-        QCOMPARE(cursorAt({201, 150}), Qt::OpenHandCursor);
-        QCOMPARE(cursorAt({345, 345}), Qt::SizeFDiagCursor);
-        const int before = bar->value();
+        QFETCH(bool, designMode);
+        Console canvas(designMode);
+        const int before = canvas.scrolled();
         canvas.wheel({200, 150}, -240);
-        QCOMPARE(bar->value(), before);
         canvas.drag({120, 120}, {150, 120});
-        QVERIFY(!editor->textCursor().hasSelection());
+        QCOMPARE(canvas.scrolled() > before, !designMode);
+        QCOMPARE(canvas.editor->textCursor().hasSelection(), !designMode);
+        QCOMPARE(canvas.item->pos(), designMode ? QPointF(130, 100) : QPointF(100, 100));
+    }
 
-        canvas.item->setPos(100, 100);
-        canvas.setDesignMode(false);
-        QCOMPARE(cursorAt({202, 150}), Qt::IBeamCursor);
-        canvas.wheel({200, 150}, -240);
-        QVERIFY(bar->value() > before);
+    void menuOfAWidgetOpensWholeAndAtTheMouse()
+    {
+        Console canvas(false);
         canvas.drag({120, 120}, {150, 120});
-        QVERIFY(editor->textCursor().hasSelection());
-        QCOMPARE(canvas.item->pos(), QPointF(100, 100));
         canvas.contextMenu({200, 150});
         const QPointer<QWidget> menu = QApplication::activePopupWidget();
-        QVERIFY(menu && !menu->graphicsProxyWidget()); // not drawn inside the view, cut off
+        QVERIFY(menu);
+        QVERIFY(!menu->graphicsProxyWidget()); // not drawn inside the view, cut off
         QCOMPARE(menu->pos(), canvas.view.viewport()->mapToGlobal(canvas.at({200, 150})));
         QTest::keyClick(menu, Qt::Key_C);
-        QCOMPARE(QApplication::clipboard()->text(), editor->textCursor().selectedText());
+        QCOMPARE(QApplication::clipboard()->text(), canvas.editor->textCursor().selectedText());
         QTRY_VERIFY(!menu);
     }
 
-    void configuresAndDeletesFromItsMenu()
+    void configuresFromItsMenu()
+    {
+        Designed canvas;
+        ModalAnswer answer;
+        answer.accept();
+        pick(canvas, {200, 200}, u"Configure Widget..."_s);
+        QCOMPARE(answer.titles(), QStringList(u"Configure Widget"_s));
+    }
+
+    void deletesFromItsMenuWhenTheAnswerIsYes_data()
+    {
+        QTest::addColumn<QMessageBox::StandardButton>("button");
+        QTest::addColumn<int>("itemsLeft");
+        QTest::newRow("No") << QMessageBox::No << 1;
+        QTest::newRow("Yes") << QMessageBox::Yes << 0;
+    }
+    void deletesFromItsMenuWhenTheAnswerIsYes()
+    {
+        QFETCH(QMessageBox::StandardButton, button);
+        Designed canvas;
+        ModalAnswer answer;
+        answer.press(button);
+        pick(canvas, {200, 200}, u"Delete"_s);
+        QCOMPARE(answer.titles(), QStringList(u"Delete Widget"_s));
+        QCOMPARE(answer.texts(), QStringList(u"Are you sure you want to delete this widget?"_s));
+        QTEST(int(canvas.scene.dashboardItems().size()), "itemsLeft");
+    }
+
+    void isDestroyedWhenItsHandlersHaveReturned()
     {
         Designed canvas;
         const QPointer<DashboardWidget> widget = canvas.item->widget();
-        ModalAnswer answer;
-        answer.accept().press(QMessageBox::No).press(QMessageBox::Yes);
-        for (const QString& entry : {u"Configure Widget..."_s, u"Delete"_s, u"Delete"_s}) {
-            QCOMPARE(canvas.scene.dashboardItems().size(), 1);
-            pick(canvas, {200, 200}, entry);
-        }
-        const QString remove = u"Delete Widget"_s;
-        QCOMPARE(answer.titles(), QStringList({u"Configure Widget"_s, remove, remove}));
-        QVERIFY(canvas.scene.dashboardItems().isEmpty());
-        QVERIFY(widget); // not while its own handler runs
+        canvas.item->requestDelete();
+        QVERIFY(widget);
         QTRY_VERIFY(!widget);
     }
 
@@ -216,7 +280,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!widget);
     }
 
-    void restacks_data()
+    void restacksFromItsMenu_data()
     {
         QTest::addColumn<int>("index");
         QTest::addColumn<double>("expected");
@@ -227,7 +291,7 @@ private Q_SLOTS:
         QTest::newRow("Bring to Front") << 0 << 3.0;
         QTest::newRow("Send to Back") << 2 << -1.0;
     }
-    void restacks()
+    void restacksFromItsMenu()
     {
         QFETCH(int, index);
         Canvas canvas;

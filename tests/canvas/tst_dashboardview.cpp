@@ -12,6 +12,11 @@ struct Watched : QObject, Canvas
     int painted = -1;
 
     Watched() { view.viewport()->installEventFilter(this); }
+    void tellNext()
+    {
+        item->widget()->setValue(values++ % 100);
+        QCoreApplication::processEvents();
+    }
     bool eventFilter(QObject*, QEvent* event) override
     {
         if (event->type() == QEvent::Paint) {
@@ -27,7 +32,7 @@ class TestDashboardView : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void repaintsAtMostOncePerFrameAndAfterTheLastValue()
+    void repaintsAtMostOncePerFrame()
     {
         Watched canvas;
         QVERIFY(QTest::qWaitForWindowExposed(&canvas.view));
@@ -35,40 +40,29 @@ private Q_SLOTS:
         canvas.paints = 0;
         QElapsedTimer clock;
         clock.start();
-        while (clock.elapsed() < 500) {
-            canvas.item->widget()->setValue(canvas.values++ % 100);
-            QCoreApplication::processEvents();
-        }
+        while (clock.elapsed() < 500)
+            canvas.tellNext();
         const int frames = int(clock.elapsed() / 16) + 1;
         QVERIFY2(canvas.values > 10 * frames, "too slow a machine to tell");
-        QVERIFY2(canvas.paints > 1 && canvas.paints <= frames, qPrintable(QString::number(canvas.paints)));
-        QTRY_COMPARE(canvas.painted, canvas.values);
+        QVERIFY(canvas.paints > 1);
+        QVERIFY2(canvas.paints <= frames, qPrintable(QString::number(canvas.paints)));
     }
 
-    void gridIsCrispAndOfDesignModeOnly()
+    void repaintsAfterTheLastValue()
     {
-        Canvas canvas;
-        const auto pixel = [&canvas](int x, int y) {
-            return canvas.view.viewport()->grab().toImage().pixelColor(x, y);
-        };
-        QCOMPARE(pixel(20, 5), QApplication::palette().color(QPalette::Window));
-        canvas.setDesignMode(true);
-        QCOMPARE(pixel(20, 5), QColor(220, 220, 220));
-        QCOMPARE(pixel(5, 30), QColor(220, 220, 220));
-        QVERIFY(pixel(19, 5) == Qt::white && pixel(21, 5) == Qt::white && pixel(5, 31) == Qt::white);
+        Watched canvas;
+        QVERIFY(QTest::qWaitForWindowExposed(&canvas.view));
+        for (int i = 0; i < 100; ++i)
+            canvas.tellNext();
+        QTRY_COMPARE(canvas.painted, 100);
     }
 
-    void lostItemsCanBeBroughtBack()
+    void sceneIsAsLargeAsWhatIsSeenOfIt()
     {
         Canvas canvas;
-        QTRY_COMPARE(canvas.scene.sceneRect().size(), QSizeF(canvas.view.viewport()->size()));
-        const DashboardItem* far = canvas.add("DigitalDisplay", QRectF(1e6, -1e6, 200, 100));
-        const DashboardItem* huge = canvas.add("AnalogGauge", QRectF(-50'000, 0, 16'000, 16'000));
-        const DashboardItem* partly = canvas.add("DigitalDisplay", QRectF(-150, 50, 200, 100));
-        canvas.scene.bringOutlyingItemsIntoView();
-        QCOMPARE(far->pos(), QPointF(600, 0));
-        QCOMPARE(huge->pos(), QPointF(0, 0));
-        QCOMPARE(partly->pos(), QPointF(-150, 50));
+        canvas.add("Line", QRectF(5000, 5000, 200, 200));
+        canvas.view.resize(640, 480);
+        QTRY_COMPARE(canvas.scene.sceneRect(), QRectF(0, 0, 640, 480));
     }
 };
 

@@ -1,13 +1,13 @@
 #include "canvas/LayoutFile.h"
 #include "support/Canvas.h"
+#include "support/Files.h"
 #include "support/ModalAnswer.h"
-#include "support/SmallDisk.h"
 #include "widgets/DashboardWidget.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMainWindow>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QToolBar>
 
@@ -16,13 +16,7 @@
 
 using namespace Qt::StringLiterals;
 
-static QByteArray read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-static QJsonObject readJson(const QString& path) { return QJsonDocument::fromJson(read(path)).object(); }
+static QJsonObject readJson(const QString& path) { return QJsonDocument::fromJson(readFile(path)).object(); }
 
 /// JSON that is written with single quotes here, so that it can be read.
 static QByteArray json(QByteArray text) { return text.replace('\'', '"'); }
@@ -35,12 +29,38 @@ struct Desk : Canvas
     QTemporaryDir dir;
     QString path = dir.filePath(u"layout.json"_s);
 
-    bool write(const QByteArray& bytes) const
+    /// The test ends when that is no layout.
+    void load(const QByteArray& bytes)
     {
-        QFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        writeFile(path, bytes);
+        if (const QString problem = layout.loadFrom(path); !problem.isEmpty())
+            qFatal("%s", qPrintable(problem));
     }
-    bool load(const QByteArray& bytes) { return write(bytes) && layout.loadFrom(path).isEmpty(); }
+    void load(const QJsonObject& saved) { load(QJsonDocument(saved).toJson()); }
+    /// What a save writes; the test ends when it fails.
+    QJsonObject saved()
+    {
+        if (const QString problem = layout.saveTo(path); !problem.isEmpty())
+            qFatal("%s", qPrintable(problem));
+        return readJson(path);
+    }
+    QToolBar* addToolBar(const QString& name)
+    {
+        QToolBar* bar = window.addToolBar(name);
+        bar->setObjectName(name);
+        return bar;
+    }
+    /// Three items at z 0.5, 2 and -1.
+    void addThree()
+    {
+        const char* types[] = {"DigitalDisplay", "AnalogGauge", "StateIndicator"};
+        const double z[] = {0.5, 2, -1};
+        for (int i = 0; i < 3; ++i) {
+            DashboardItem* item = add(types[i], QRectF(100 * i + 10, -30, 250, 180));
+            item->setZValue(z[i]);
+            item->widget()->assignSignals({u"A:x"_s, u"B"_s});
+        }
+    }
 };
 
 class TestLayoutFile : public QObject
@@ -48,146 +68,214 @@ class TestLayoutFile : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void survivesSaveAndLoad()
+    void saveAsksForAFileInAFolderThatItMakes()
     {
         Desk desk;
-        const char* types[] = {"DigitalDisplay", "AnalogGauge", "StateIndicator"};
-        const double z[] = {0.5, 2, -1};
-        for (int i = 0; i < 3; ++i) {
-            DashboardItem* item = desk.add(types[i], QRectF(100 * i + 10, -30, 250, 180));
-            item->setZValue(z[i]);
-            item->widget()->assignSignals({u"A:x"_s, u"B"_s});
-        }
-        const QString folder = desk.dir.filePath(u"new/layouts"_s); // made by the save
         ModalAnswer answer;
         answer.accept();
-        desk.layout.save(folder);
+        desk.layout.save(desk.dir.filePath(u"new/layouts"_s));
         QCOMPARE(answer.titles(), QStringList(u"Save Layout"_s));
-        const QString saved = folder + u"/layout.json"_s;
-        QCOMPARE(desk.layout.loadFrom(saved), QString());
-        QCOMPARE(desk.layout.saveTo(desk.path), QString());
-        const QJsonArray items = readJson(saved).value(u"items"_s).toArray();
-        QCOMPARE(readJson(desk.path).value(u"items"_s).toArray(), items);
+        QVERIFY(readJson(desk.dir.filePath(u"new/layouts/layout.json"_s)).contains(u"items"_s));
+    }
+
+    void savesTopmostFirstInWholeLayers()
+    {
+        Desk desk;
+        desk.addThree();
+        const QJsonArray items = desk.saved().value(u"items"_s).toArray();
         QCOMPARE(items.size(), 3);
-        QCOMPARE(QJsonDocument(items[2].toObject()).toJson(QJsonDocument::Compact), // the lowest
+        QCOMPARE(items[0].toObject().value(u"type"_s), u"AnalogGauge"_s);
+        QCOMPARE(QJsonDocument(items[2].toObject()).toJson(QJsonDocument::Compact),
                  json("{'config':{'corner':10,'groupId':''},'height':180,'signals':['A:x','B'],"
                       "'type':'StateIndicator','width':250,'x':210,'y':-30,'z':0}"));
+    }
+
+    void itemsSurviveSaveAndLoad()
+    {
+        Desk desk;
+        desk.addThree();
+        const QJsonObject saved = desk.saved();
+        desk.load(saved);
+        QCOMPARE(desk.saved().value(u"items"_s), saved.value(u"items"_s));
     }
 
     void windowComesBackAsItWas()
     {
         Desk desk;
-        QToolBar* bar = nullptr;
-        for (const QString& name : {u"a"_s, u"b"_s}) {
-            bar = desk.window.addToolBar(name);
-            bar->setObjectName(name);
-        }
-        desk.window.insertToolBarBreak(bar);
+        desk.addToolBar(u"a"_s);
+        QToolBar* second = desk.addToolBar(u"b"_s);
+        desk.window.insertToolBarBreak(second);
         desk.window.resize(500, 400);
         desk.window.show();
-        QCOMPARE(desk.layout.saveTo(desk.path), QString());
-        QJsonObject saved = readJson(desk.path);
-        desk.window.removeToolBarBreak(bar);
+        const QJsonObject saved = desk.saved();
+        desk.window.removeToolBarBreak(second);
         desk.window.resize(300, 300);
-        QVERIFY(desk.load(QJsonDocument(saved).toJson()));
+        desk.load(saved);
         QCOMPARE(desk.window.size(), QSize(500, 400));
-        QVERIFY(desk.window.toolBarBreak(bar));
-
-        bar->hide(); // a state that would hide a toolbar is not taken
-        saved.insert(u"windowState"_s, QString::fromLatin1(desk.window.saveState().toBase64()));
-        bar->show();
-        saved.insert(u"isMaximized"_s, true);
-        saved.insert(u"isFullScreen"_s, true);
-        QVERIFY(desk.load(QJsonDocument(saved).toJson()));
-        QVERIFY(bar->isVisible());
-        QVERIFY(desk.window.isFullScreen());
+        QVERIFY(desk.window.toolBarBreak(second));
     }
 
-    void windowStateWithHugeCountsIsLeftAlone()
+    void windowOffTheScreenComesBackIntoSight_data()
+    {
+        QTest::addColumn<QByteArray>("screenWidth"); // of when it was saved
+        QTest::newRow("saved off the screen") << QByteArray::fromHex("00000320");
+        QTest::newRow("saved on a far larger screen, which Qt refuses") << QByteArray::fromHex("00007fff");
+        QTest::newRow("saved geometry cut short") << QByteArray();
+    }
+    void windowOffTheScreenComesBackIntoSight()
+    {
+        QFETCH(QByteArray, screenWidth);
+        Desk desk;
+        desk.window.setGeometry(20'000, 20'000, 500, 400);
+        desk.window.show();
+        const qsizetype before = 46; // bytes of what else Qt writes before it
+        const QByteArray geometry = desk.window.saveGeometry().replace(before, 4, screenWidth);
+        desk.load({{u"windowGeometry"_s, QString::fromLatin1(geometry.toBase64())}});
+        const QRect screen = desk.window.screen()->availableGeometry();
+        QCOMPARE(desk.window.geometry() & screen, desk.window.geometry());
+    }
+
+    void stateThatWouldHideAToolBarIsNotTaken()
     {
         Desk desk;
-        // Qt would loop as often as these counts of toolbar lines and toolbars say.
-        const QByteArray head = QByteArray::fromHex("000000ff00000000fd00000000") + QByteArray(24, '\0');
-        for (const char* rest : {"fc7fffffff", "fc00000001000000027fffffff"}) {
-            const QByteArray state = (head + QByteArray::fromHex(rest)).toBase64();
-            QVERIFY(desk.load("{\"windowState\":\"" + state + "\"}")); // within the test's time
-        }
+        QToolBar* bar = desk.addToolBar(u"a"_s);
+        desk.window.show();
+        bar->hide();
+        const QJsonObject saved = desk.saved();
+        bar->show();
+        desk.load(saved);
+        QVERIFY(bar->isVisible());
     }
 
+    void stateWithHugeCountsIsLeftAlone_data()
+    {
+        QTest::addColumn<QByteArray>("toolBars");
+        QTest::newRow("lines of toolbars") << QByteArray("fc7fffffff");
+        QTest::newRow("toolbars in a line") << QByteArray("fc00000001000000027fffffff");
+    }
+    void stateWithHugeCountsIsLeftAlone()
+    {
+        QFETCH(QByteArray, toolBars);
+        Desk desk;
+        const QByteArray head = QByteArray::fromHex("000000ff00000000fd00000000") + QByteArray(24, '\0');
+        const QByteArray state = (head + QByteArray::fromHex(toolBars)).toBase64();
+        // Qt would loop as often as the count says, far beyond the test's time.
+        desk.load("{\"windowState\":\"" + state + "\",\"items\":[{\"type\":\"AnalogGauge\"}]}");
+        QCOMPARE(desk.scene.dashboardItems().size(), 1);
+    }
+
+    void windowIsShownAsLargeAsItWas_data()
+    {
+        QTest::addColumn<bool>("fullScreen");
+        QTest::addColumn<Qt::WindowStates>("state");
+        QTest::newRow("maximised") << false << Qt::WindowStates(Qt::WindowMaximized);
+        QTest::newRow("full screen, too") << true << Qt::WindowStates(Qt::WindowFullScreen);
+    }
+    void windowIsShownAsLargeAsItWas()
+    {
+        QFETCH(bool, fullScreen);
+        Desk desk;
+        desk.load({{u"isMaximized"_s, true}, {u"isFullScreen"_s, fullScreen}});
+        QTEST(desk.window.windowState(), "state");
+    }
+
+    void readsRecordsOfAnyKind_data()
+    {
+        QTest::addColumn<QByteArray>("record");
+        QTest::addColumn<QRectF>("frame");
+        QTest::addColumn<double>("z");
+        QTest::newRow("usual") << QByteArray("'x':3,'y':4.5,'width':95,'height':41,'z':7")
+                               << QRectF(3, 4.5, 100, 60) << 7.0;
+        QTest::newRow("other types") << QByteArray("'x':'1','y':[],'width':{},'height':null,'z':'2'")
+                                     << QRectF(0, 0, 80, 60) << 0.0;
+        QTest::newRow("huge") << QByteArray("'x':1e300,'y':-1e300,'width':1e300,'height':1e300,'z':1e300")
+                              << QRectF(1e6, -1e6, 16000, 16000) << 1e12;
+    }
     void readsRecordsOfAnyKind()
     {
+        QFETCH(QByteArray, record);
         Desk desk;
-        const QByteArray type = "{'type':'StateIndicator',";
-        QVERIFY(desk.load(json("{'items':[" + type + "'x':3,'y':4.5,'width':95,'height':41,'z':7}," + type +
-                               "'x':'1','y':[],'width':{},'height':null,'z':'2','signals':7,'config':[]}," +
-                               type + "'x':1e300,'y':-1e300,'width':1e300,'height':1e300,'z':1e300}]}")));
-        QList<QRectF> frames;
-        for (const DashboardItem* item : desk.scene.dashboardItems())
-            frames.append(item->sceneBoundingRect());
-        const QRectF huge(1e6, -1e6, 16000, 16000);
-        QCOMPARE(frames, QList<QRectF>({huge, {3, 4.5, 100, 60}, {0, 0, 80, 60}}));
-        QCOMPARE(desk.scene.highestZ(), 1e12);
+        desk.load(json("{'items':[{'type':'StateIndicator','signals':7,'config':[]," + record + "}]}"));
+        const QList<DashboardItem*> items = desk.scene.dashboardItems();
+        QCOMPARE(items.size(), 1);
+        QTEST(items.first()->sceneBoundingRect(), "frame");
+        QTEST(items.first()->zValue(), "z");
     }
 
+    void refusesWhatIsNoLayout_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("cut short") << json("{'items':[{'type':'Anal");
+        QTest::newRow("no object") << QByteArray("[]");
+        QTest::newRow("far too many items")
+            << json("{'items':[" + QByteArray("{'type':'AnalogGauge'},").repeated(100'000) + "{}]}");
+    }
     void refusesWhatIsNoLayout()
     {
+        QFETCH(QByteArray, bytes);
         Desk desk;
         desk.add("AnalogGauge", QRectF(0, 0, 200, 200));
-        QCOMPARE(desk.layout.loadFrom(desk.path), u"Could not load layout."_s); // no such file
-        const QByteArray flood =
-            "{'items':[" + QByteArray("{'type':'AnalogGauge'},").repeated(100'000) + "{}]}";
-        for (const QByteArray& bad : {json("{'items':[{'type':'Anal"), json(flood)}) {
-            QVERIFY(desk.write(bad));
-            ModalAnswer answer;
-            answer.chooseFile(desk.path).accept();
-            desk.layout.load(desk.dir.path());
-            QCOMPARE(answer.titles(), QStringList({u"Load Layout"_s, u"Error"_s}));
-            QCOMPARE(answer.texts().last(), u"Invalid layout format."_s);
-            QCOMPARE(desk.scene.dashboardItems().size(), 1);
-        }
+        writeFile(desk.path, bytes);
+        ModalAnswer answer;
+        answer.chooseFile(desk.path).accept();
+        desk.layout.load(desk.dir.path());
+        QCOMPARE(answer.titles(), QStringList({u"Load Layout"_s, u"Error"_s}));
+        QCOMPARE(answer.texts().last(), u"Invalid layout format."_s);
+        QCOMPARE(desk.scene.dashboardItems().size(), 1);
     }
 
-    void skipsUnknownTypesAndClearsTheCanvas()
+    void saysThatAFileCannotBeRead()
+    {
+        Desk desk;
+        QCOMPARE(desk.layout.loadFrom(desk.path), u"Could not load layout."_s);
+    }
+
+    void skipsUnknownTypes()
+    {
+        Desk desk;
+        desk.load(json("{'items':[{'type':'Gauge'},7,null,{},{'type':'AnalogGauge'}]}"));
+        QCOMPARE(desk.scene.dashboardItems().size(), 1);
+    }
+
+    void loadedItemIsAssignedAndCanBeArrangedAtOnce()
     {
         Desk desk;
         desk.setDesignMode(true);
+        desk.load(json("{'items':[{'type':'AnalogGauge','signals':['A',3,null,'B']}]}"));
+        const DashboardItem* item = desk.scene.dashboardItems().value(0);
+        QVERIFY(item);
+        QCOMPARE(item->widget()->assignedSignalList(), QStringList({u"A"_s, u"B"_s}));
+        QVERIFY(item->flags().testFlag(QGraphicsItem::ItemIsMovable));
+    }
+
+    void destroysWhatWasOnTheCanvas()
+    {
+        Desk desk;
         const QPointer<DashboardWidget> old = desk.add("AnalogGauge", QRectF(0, 0, 200, 200))->widget();
-        QVERIFY(desk.load(json("{'items':[{'type':'Gauge'},7,null,{},{'type':'AnalogGauge',"
-                               "'signals':['A',3,null,'B'],'config':{'min':-5.5,'max':20.9}}],"
-                               "'windowGeometry':'####','windowState':17}")));
-        const QList<DashboardItem*> items = desk.scene.dashboardItems();
-        QCOMPARE(items.size(), 1);
-        QCOMPARE(items.first()->widget()->assignedSignalList(), QStringList({u"A"_s, u"B"_s}));
-        QCOMPARE(items.first()->widget()->saveConfig(), (QJsonObject{{u"min"_s, -5}, {u"max"_s, 20}}));
-        QVERIFY(items.first()->flags() & QGraphicsItem::ItemIsMovable); // in design mode at once
+        desk.load(json("{'items':[]}"));
+        QVERIFY(desk.scene.dashboardItems().isEmpty());
         QTRY_VERIFY(!old);
     }
 
-    void failedSaveKeepsTheOldFile()
+    void shortWriteKeepsTheOldFile()
     {
         Desk desk;
-        QVERIFY(desk.write("precious"));
-        // What a full disk does: a write comes back short.
+        writeFile(desk.path, "precious");
         rlimit before{};
         getrlimit(RLIMIT_FSIZE, &before);
         const rlimit small{100, before.rlim_max};
         std::signal(SIGXFSZ, SIG_IGN);
         setrlimit(RLIMIT_FSIZE, &small);
-        const QString problem = desk.layout.saveTo(desk.path);
+        const QString problem = desk.layout.saveTo(desk.path); // as on a full disk
         setrlimit(RLIMIT_FSIZE, &before);
         QCOMPARE(problem, u"Could not save layout."_s);
-        QCOMPARE(read(desk.path), QByteArray("precious"));
-        QCOMPARE(desk.layout.saveTo(u"/dev/full"_s), problem);
+        QCOMPARE(readFile(desk.path), QByteArray("precious"));
+    }
 
-        const SmallDisk disk(desk.dir.filePath(u"disk"_s), "size=8k");
-        if (!disk.isMounted())
-            QSKIP("mounting a small disk is not permitted here");
-        desk.path = desk.dir.filePath(u"disk/layout.json"_s);
-        QVERIFY(desk.write("precious"));
-        for (int i = 0; i < 100; ++i)
-            desk.add("DigitalDisplay", QRectF(0, 0, 100, 100));
-        QCOMPARE(desk.layout.saveTo(desk.path), problem);
-        QCOMPARE(read(desk.path), QByteArray("precious"));
+    void deviceIsNotWrittenOver()
+    {
+        Desk desk;
+        QCOMPARE(desk.layout.saveTo(u"/dev/full"_s), u"Could not save layout."_s);
     }
 };
 
