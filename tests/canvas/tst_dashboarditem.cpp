@@ -277,6 +277,7 @@ private Q_SLOTS:
         QTimer::singleShot(0, &canvas.scene, [&canvas] { canvas.item->requestDelete(); });
         pick(canvas, {200, 200}, u"Delete"_s);
         QVERIFY(answer.titles().isEmpty()); // there is nothing left to ask about
+        QVERIFY(widget);                    // not while its own handler runs
         QTRY_VERIFY(!widget);
     }
 

@@ -237,14 +237,16 @@ private Q_SLOTS:
         QCOMPARE(desk.scene.dashboardItems().size(), 1);
     }
 
-    void loadedItemIsAssignedAndCanBeArrangedAtOnce()
+    void loadedItemIsConfiguredAndCanBeArrangedAtOnce()
     {
         Desk desk;
         desk.setDesignMode(true);
-        desk.load(json("{'items':[{'type':'AnalogGauge','signals':['A',3,null,'B']}]}"));
+        desk.load(json(
+            "{'items':[{'type':'AnalogGauge','signals':['A',3,null,'B'],'config':{'min':-5,'max':20}}]}"));
         const DashboardItem* item = desk.scene.dashboardItems().value(0);
         QVERIFY(item);
         QCOMPARE(item->widget()->assignedSignalList(), QStringList({u"A"_s, u"B"_s}));
+        QCOMPARE(item->widget()->saveConfig(), (QJsonObject{{u"min"_s, -5}, {u"max"_s, 20}}));
         QVERIFY(item->flags().testFlag(QGraphicsItem::ItemIsMovable));
     }
 
