@@ -1,4 +1,5 @@
-#include "definitions/DashboardSignalParser.h"
+#include "support/Catalogue.h"
+#include "support/Files.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -10,28 +11,15 @@ namespace {
 const QByteArray kExample = "DASHBOARD_MAPPING(MAP, -40, 0.5)\nDASHBOARD_SIGNAL(SIG, \"Coolant temp\", MAP)\n"
                             "DASHBOARD_STATE_GROUP(MODE, \"Mode\")\nDASHBOARD_STATE(MODE, RUN, \"Runs\")\n"
                             "DASHBOARD_ERROR(HOT, 17, \"Overheated\")\n";
-const QString kExampleSummary = u"M:MAP|-40|0.5 S:SIG|Coolant temp|MAP G:MODE|Mode "
-                                "ST_MODE_RUN|Runs|Runs E:HOT|17|Overheated|Overheated"_s;
 
-// Every record; after a state and an error what a query by its names answers.
-QString summary(const DashboardSignalParser& parser)
-{
-    QStringList words;
-    for (const DashboardMapping& m : parser.mappingList())
-        words << u"M:%1|%2|%3"_s.arg(m.name).arg(m.offset).arg(m.scale);
-    for (const DashboardSignal& s : parser.signalList())
-        words << u"S:%1|%2|%3"_s.arg(s.enumName, s.displayName, s.mappingName);
-    for (const QString& id : parser.stateGroupIds())
-        words << u"G:%1|%2"_s.arg(id, parser.findStateGroup(id)->label);
-    for (const DashboardState& s : parser.statesForGroup(u"MODE"_s))
-        words << u"%1|%2|%3"_s.arg(s.key, s.label, parser.findState(s.group, s.name)->label);
-    for (const int code : {0, 17}) {
-        if (const auto e = parser.findErrorByCode(code))
-            words << u"E:%1|%2|%3|%4"_s.arg(e->id, QString::number(e->code), e->message,
-                                            parser.findErrorById(e->id)->message);
-    }
-    return words.join(u' ');
-}
+// The first mapping has the offset 1, the last one 2.
+const QByteArray kTwice = "DASHBOARD_MAPPING(M, 1, 0)\nDASHBOARD_MAPPING(M, 2, 0)\n"
+                          "DASHBOARD_SIGNAL(SIG, \"first\", M)\nDASHBOARD_SIGNAL(SIG, \"last\", NONE)\n"
+                          "DASHBOARD_STATE_GROUP(G, \"first\")\nDASHBOARD_STATE_GROUP(G, \"last\")\n"
+                          "DASHBOARD_STATE(LATE, S, \"first\")\nDASHBOARD_STATE(LATE, S, \"last\")\n"
+                          "DASHBOARD_STATE_GROUP(LATE, \"last\")\n"
+                          "DASHBOARD_ERROR(ID, 1, \"first\")\nDASHBOARD_ERROR(ID, 2, \"last\")\n"
+                          "DASHBOARD_ERROR(ONE, 17, \"first\")\nDASHBOARD_ERROR(OTHER, 17, \"last\")\n";
 
 } // namespace
 
@@ -41,94 +29,146 @@ class DashboardSignalParserTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsWhatIsDeclared_data()
+    void answersWhatIsDeclared()
+    {
+        const auto catalogue = catalogueOf(kExample);
+        QCOMPARE(catalogue->mappingOfSignal(u"SIG"_s).value().physical(10.0), -35.0);
+        QCOMPARE(catalogue->displayName(u"SIG"_s), u"Coolant temp"_s);
+        QCOMPARE(catalogue->findStateGroup(u"MODE"_s).value().label, u"Mode"_s);
+        QCOMPARE(catalogue->stateLabel(u"MODE"_s, u"RUN"_s), u"Runs"_s);
+        QCOMPARE(catalogue->statesForGroup(u"MODE"_s).value(0).key, u"ST_MODE_RUN"_s);
+        QCOMPARE(catalogue->errorText(u"HOT"_s), u"Overheated"_s);
+        QCOMPARE(catalogue->findErrorByCode(17).value().id, u"HOT"_s);
+    }
+
+    void readsTheWholeFile_data()
     {
         QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("no last line feed") << kExample.chopped(1) << kExampleSummary;
-        QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + kExample << kExampleSummary;
-        QTest::newRow("carriage returns") << QByteArray(kExample).replace("\n", "\r\n") << kExampleSummary;
-        QTest::newRow("spaces") << QByteArray(" DASHBOARD_SIGNAL ( A\t,\"x, y)\" , N ) //")
-                                << u"S:A|x, y)|N"_s;
-        QTest::newRow("comment of three lines")
-            << QByteArray("/*\nDASHBOARD_MAPPING(M, 5., -2.50)\n*/") << u"M:M|5|-2.5"_s;
-        QTest::newRow("implicit group") << QByteArray("DASHBOARD_STATE(G, A, \"x\")") << u"G:G|G"_s;
-        QTest::newRow("names twice")
-            << QByteArray("DASHBOARD_STATE(MODE, A, \"old\")\nDASHBOARD_STATE_GROUP(MODE, \"Mode\")\n"
-                          "DASHBOARD_STATE(MODE, A, \"new\")\nDASHBOARD_ERROR(E, 17, \"1st\")\n"
-                          "DASHBOARD_ERROR(F, 17, \"2nd\")\nDASHBOARD_ERROR(E, 99999999999, \"big\")\n")
-            << u"G:MODE|Mode G:MODE|Mode ST_MODE_A|old|new ST_MODE_A|new|new E:E|0|big|big E:F|17|2nd|2nd"_s;
+        QTest::newRow("no last line feed") << kExample.chopped(1);
+        QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + kExample;
+        QTest::newRow("carriage returns") << QByteArray(kExample).replace("\n", "\r\n");
+        QTest::newRow("inside a comment") << "/*\n" + kExample + "*/";
+        QTest::newRow("backtracking would take hours")
+            << "DASHBOARD_MAPPING(M, " + QByteArray(2'000'000, '1') + "x\n" + kExample;
+    }
+
+    void readsTheWholeFile()
+    {
+        QFETCH(QByteArray, content);
+        const auto catalogue = catalogueOf(content);
+        QCOMPARE(catalogue->mappingMap().keys(), QStringList(u"MAP"_s)); // the first line
+        QCOMPARE(catalogue->errorText(u"HOT"_s), u"Overheated"_s);       // the last one
+    }
+
+    void allowsSpacesAndACommentBehind()
+    {
+        const auto catalogue = catalogueOf(" DASHBOARD_SIGNAL ( A\t,\"x, y)\" , N ) // km/h");
+        QCOMPARE(catalogue->displayName(u"A"_s), u"x, y)"_s);
+    }
+
+    void allowsAPointWithoutDigits()
+    {
+        const auto catalogue = catalogueOf("DASHBOARD_MAPPING(M, 5., -2.50)");
+        QCOMPARE(catalogue->findMappingByName(u"M"_s).value().physical(10.0), -20.0);
+    }
+
+    void readsAnErrorCode_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::newRow("-3") << -3;
+        QTest::newRow("010") << 10; // decimal, whatever a C compiler makes of it
+        QTest::newRow("2147483647") << 2147483647;
+        QTest::newRow("2147483648") << 0;
+    }
+
+    void readsAnErrorCode()
+    {
+        const QByteArray text = QTest::currentDataTag();
+        const auto catalogue = catalogueOf("DASHBOARD_ERROR(E, " + text + ", \"x\")");
+        QTEST(catalogue->findErrorById(u"E"_s).value().code, "code");
+    }
+
+    void ignoresWhatDeclaresNothing_data()
+    {
+        QTest::addColumn<QByteArray>("line");
         for (const char* line : {"DASHBOARD_SIGNAL(A, \"\", N)", "DASHBOARD_SIGNAL(A, \"a\\\"b\", N)",
                                  "DASHBOARD_SIGNAL(A, \"x\", N", "DASHBOARD_SIGNAL(\xc3\xa4, \"x\", N)",
                                  "DASHBOARD_SIGNALS(A, \"x\", N)", "//DASHBOARD_SIGNAL(A, \"x\", N)",
                                  "DASHBOARD_MAPPING(M, 1e3, 2)", "DASHBOARD_MAPPING(M, +1, 2)",
                                  "DASHBOARD_MAPPING(M, .5, 2)", "DASHBOARD_MAPPING(M, 1.2.3, 2)"})
-            QTest::newRow(line) << QByteArray(line) << QString();
-
-        QTest::newRow("backtracking would take hours")
-            << "DASHBOARD_MAPPING(M, " + QByteArray(2'000'000, '1') + "x\n" + kExample << kExampleSummary;
+            QTest::newRow(line) << QByteArray(line);
     }
 
-    void readsWhatIsDeclared()
+    void ignoresWhatDeclaresNothing()
     {
-        QFETCH(QByteArray, content);
-        DashboardSignalParser parser(write(content));
-        QVERIFY(parser.parse());
-        QTEST(summary(parser), "expected");
+        QFETCH(QByteArray, line);
+        const auto catalogue = catalogueOf(line);
+        QCOMPARE(catalogue->signalList().size(), 0);
+        QCOMPARE(catalogue->mappingList().size(), 0);
     }
 
-    void parsingAgainReplacesTheCatalogue()
+    void answersWithTheFirstOrTheLast_data()
     {
-        DashboardSignalParser parser(write(kExample));
-        QVERIFY(parser.parse() && parser.parse());
-        QCOMPARE(summary(parser), kExampleSummary);
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("expected");
+        const auto twice = catalogueOf(kTwice);
+        QTest::newRow("signal") << twice->findSignalByEnum(u"SIG"_s)->displayName << u"first"_s;
+        QTest::newRow("display name") << twice->displayName(u"SIG"_s) << u"first"_s;
+        QTest::newRow("signal's mapping")
+            << QString::number(twice->mappingOfSignal(u"SIG"_s)->offset) << u"1"_s;
+        QTest::newRow("mapping") << QString::number(twice->findMappingByName(u"M"_s)->offset) << u"1"_s;
+        QTest::newRow("mapping in the map") << QString::number(twice->mappingMap()[u"M"_s].offset) << u"2"_s;
+        QTest::newRow("state group") << twice->findStateGroup(u"G"_s)->label << u"last"_s;
+        QTest::newRow("group after its states") << twice->findStateGroup(u"LATE"_s)->label << u"last"_s;
+        QTest::newRow("group ids") << twice->stateGroupIds().join(u' ') << u"G G LATE LATE"_s;
+        QTest::newRow("state") << twice->findState(u"LATE"_s, u"S"_s)->label << u"last"_s;
+        QTest::newRow("state's label") << twice->stateLabel(u"LATE"_s, u"S"_s) << u"last"_s;
+        QTest::newRow("error by id") << twice->findErrorById(u"ID"_s)->message << u"last"_s;
+        QTest::newRow("error's text") << twice->errorText(u"ID"_s) << u"last"_s;
+        QTest::newRow("error by code") << twice->findErrorByCode(17)->message << u"last"_s;
+    }
 
-        QVERIFY(QFile::remove(parser.path()) && !parser.parse());
-        QCOMPARE(parser.errorString(), u"Could not open file: "_s + parser.path());
-        QCOMPARE(summary(parser), QString());
-        QVERIFY(parser.mappingMap().isEmpty() && !parser.findMappingByName(u"MAP"_s));
-        QVERIFY(!parser.findSignalByEnum(u"SIG"_s) && !parser.findStateGroup(u"MODE"_s));
-        QVERIFY(!parser.findState(u"MODE"_s, u"RUN"_s) && !parser.findErrorById(u"HOT"_s));
-
-        write("DASHBOARD_ERROR(NEW, 17, \"x\")");
-        QVERIFY(parser.parse() && parser.errorString().isEmpty());
-        QCOMPARE(summary(parser), u"E:NEW|17|x|x"_s);
+    void answersWithTheFirstOrTheLast()
+    {
+        QFETCH(QString, answer);
+        QTEST(answer, "expected");
     }
 
     void whatIsNotDeclaredStandsForItself()
     {
-        DashboardSignalParser parser(
-            write("DASHBOARD_SIGNAL(LONE, \"Lone\", GONE)\nDASHBOARD_ERROR(HOT, 17, \"Too hot\")"));
-        QVERIFY(parser.parse());
-        QVERIFY(!parser.mappingOfSignal(u"LONE"_s));
-        QCOMPARE(parser.displayName(u"OTHER"_s), u"OTHER"_s);
-        QCOMPARE(parser.stateLabel(u"MODE"_s, u"RUN"_s), u"RUN"_s);
-        QCOMPARE(parser.errorText(u"17"_s), u"17"_s); // a code is no id
+        const auto catalogue = catalogueOf("DASHBOARD_SIGNAL(LONE, \"Lone\", GONE)\n"
+                                           "DASHBOARD_STATE(MODE, RUN, \"Runs\")\n"
+                                           "DASHBOARD_ERROR(HOT, 17, \"Overheated\")");
+        QVERIFY(!catalogue->mappingOfSignal(u"LONE"_s));
+        QCOMPARE(catalogue->displayName(u"OTHER"_s), u"OTHER"_s);
+        QCOMPARE(catalogue->findStateGroup(u"MODE"_s).value().label, u"MODE"_s);
+        QCOMPARE(catalogue->stateLabel(u"MODE"_s, u"STOP"_s), u"STOP"_s);
+        QCOMPARE(catalogue->errorText(u"17"_s), u"17"_s); // a code is no id
     }
 
-    void saysWhatWasDeclaredFirstOrLast()
+    void parsingAgainReplacesTheCatalogue()
     {
-        DashboardSignalParser parser(
-            write("DASHBOARD_MAPPING(M, 1, 2)\nDASHBOARD_MAPPING(M, 5, 6)\n"
-                  "DASHBOARD_SIGNAL(SIG, \"first\", M)\nDASHBOARD_SIGNAL(SIG, \"last\", X)\n"
-                  "DASHBOARD_STATE(G, S, \"first\")\nDASHBOARD_STATE(G, S, \"last\")\n"));
+        const QTemporaryDir dir;
+        DashboardSignalParser parser(writeFile(dir.filePath(u"a.def"_s), kExample));
         QVERIFY(parser.parse());
-        QVERIFY(parser.mappingOfSignal(u"SIG"_s));
-        QCOMPARE(parser.mappingOfSignal(u"SIG"_s)->physical(10.0), 21.0);
-        QCOMPARE(parser.displayName(u"SIG"_s), u"first"_s);
-        QCOMPARE(parser.stateLabel(u"G"_s, u"S"_s), u"last"_s);
+        writeFile(parser.path(), "DASHBOARD_ERROR(NEW, 17, \"x\")");
+        QVERIFY(parser.parse());
+        QCOMPARE(parser.errorText(u"NEW"_s), u"x"_s);
+        QVERIFY(!parser.findMappingByName(u"MAP"_s));
+        QVERIFY(!parser.findErrorById(u"HOT"_s));
     }
 
-private:
-    QString write(const QByteArray& content)
+    void missingFileEmptiesTheCatalogueAndIsSaid()
     {
-        QFile file(m_dir.filePath(u"dashboard_signals.def"_s));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            qFatal("cannot write the test's file");
-        return file.fileName();
+        const QTemporaryDir dir;
+        DashboardSignalParser parser(writeFile(dir.filePath(u"a.def"_s), kExample));
+        QVERIFY(parser.parse());
+        QVERIFY(QFile::remove(parser.path()));
+        QVERIFY(!parser.parse());
+        QCOMPARE(parser.errorString(), u"Could not open file: "_s + parser.path());
+        QCOMPARE(parser.signalList().size(), 0);
+        QVERIFY(!parser.findState(u"MODE"_s, u"RUN"_s));
     }
-
-    QTemporaryDir m_dir;
 };
 
 QTEST_GUILESS_MAIN(DashboardSignalParserTest)
