@@ -1,5 +1,4 @@
 #include "serial/line/LineParser.h"
-#include "serial/line/LineValues.h"
 
 #include <QTest>
 
@@ -7,39 +6,70 @@
 
 using namespace Qt::StringLiterals;
 
-// The grammar of a line, its numbers beside Qt's, and the value maps that are used again.
+using Kind = LineParser::Kind;
+Q_DECLARE_METATYPE(Kind)
+
+// The grammar of a line, and its numbers beside Qt's.
 class LineParserTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void splitsALine_data()
+    void readsAToken_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("expected"); // kind:key:text for each token
-        QTest::newRow("everything") << u"12.250 2 R=15 ST_MODE=RUN ERR=HOT"_s
-                                    << u"time:12.25 text::2 value:R:15 state:MODE:RUN error:ERR:HOT"_s;
-        QTest::newRow("no-break space") << u"\u00a07 \u00a0A\u00a0=\u00a01\u00a0 A=1\u00a0B"_s
-                                        << u"time:7 value:A:1 dropped:A:1\u00a0B"_s;
-        QTest::newRow("half pairs") << u"R=abc R= a=b=c ST_=RUN ST_MODE= ST_ ERR= =5 = =="_s
-                                    << u"dropped:R:abc dropped:R: dropped:a:b=c dropped::RUN dropped:MODE: "
-                                       "text::ST_ dropped:ERR: text::=5 text::= text::=="_s;
-        QTest::newRow("near names")
-            << u"5=3 12,5 ST_A=x=1 st_A=1 err=17 ERRX=1"_s
-            << u"value:5:3 text::12,5 state:A:x=1 value:st_A:1 value:err:17 value:ERRX:1"_s;
+        QTest::addColumn<QString>("token");
+        QTest::addColumn<Kind>("kind");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("value") << u"R=15"_s << Kind::Value << u"R"_s << u"15"_s;
+        QTest::newRow("value of a number") << u"5=3"_s << Kind::Value << u"5"_s << u"3"_s;
+        QTest::newRow("no-break spaces") << u"A\u00a0=\u00a01\u00a0"_s << Kind::Value << u"A"_s << u"1"_s;
+        QTest::newRow("not quite an error") << u"err=17"_s << Kind::Value << u"err"_s << u"17"_s;
+        QTest::newRow("more than an error") << u"ERRX=1"_s << Kind::Value << u"ERRX"_s << u"1"_s;
+        QTest::newRow("no number") << u"R=abc"_s << Kind::Dropped << u"R"_s << u"abc"_s;
+        QTest::newRow("no value") << u"R="_s << Kind::Dropped << u"R"_s << u""_s;
+        QTest::newRow("two equal signs") << u"a=b=c"_s << Kind::Dropped << u"a"_s << u"b=c"_s;
+        QTest::newRow("state") << u"ST_MODE=RUN"_s << Kind::State << u"MODE"_s << u"RUN"_s;
+        QTest::newRow("state with equal sign") << u"ST_A=x=1"_s << Kind::State << u"A"_s << u"x=1"_s;
+        QTest::newRow("state without group") << u"ST_=RUN"_s << Kind::Dropped << u""_s << u"RUN"_s;
+        QTest::newRow("group without state") << u"ST_MODE="_s << Kind::Dropped << u"MODE"_s << u""_s;
+        QTest::newRow("error") << u"ERR=HOT"_s << Kind::Error << u"ERR"_s << u"HOT"_s;
+        QTest::newRow("empty error") << u"ERR="_s << Kind::Dropped << u"ERR"_s << u""_s;
+        QTest::newRow("word") << u"ST_"_s << Kind::Text << u""_s << u"ST_"_s;
+        QTest::newRow("leading equal sign") << u"=5"_s << Kind::Text << u""_s << u"=5"_s;
+        QTest::newRow("equal signs alone") << u"=="_s << Kind::Text << u""_s << u"=="_s;
     }
 
-    void splitsALine()
+    void readsAToken()
     {
-        static const char* const kKinds[] = {"value", "state", "error", "text", "dropped"};
-        QFETCH(QString, line);
+        QFETCH(QString, token);
+        LineParser parser(token);
+        QVERIFY(!parser.timestamp());
+        LineParser::Token found;
+        QVERIFY(parser.next(found));
+        QTEST(found.kind, "kind");
+        QTEST(found.key.toString(), "key");
+        QTEST(found.text.toString(), "text");
+        QVERIFY(!parser.next(found));
+    }
+
+    void firstOfTheNumbersIsTheTime()
+    {
+        LineParser parser(u"-1e3 42 A=1");
+        QCOMPARE(parser.timestamp().value(), -1000.0);
+        QStringView word;
+        QVERIFY(parser.nextWord(word));
+        QCOMPARE(word, u"42");
+    }
+
+    void cutsAtAsciiWhiteSpaceOnly()
+    {
+        const QString line = u" \tA\u00a0B\v\f\r\n 2 \u2003"_s;
         LineParser parser(line);
-        QStringList found;
-        if (parser.timestamp())
-            found << u"time:%1"_s.arg(*parser.timestamp());
-        for (LineParser::Token token; parser.next(token); token = {})
-            found << u"%1:%2:%3"_s.arg(QLatin1String(kKinds[int(token.kind)]), token.key, token.text);
-        QTEST(found.join(u' '), "expected");
+        QStringList words;
+        for (QStringView word; parser.nextWord(word);)
+            words << word.toString();
+        QCOMPARE(words, QStringList({u"A\u00a0B"_s, u"2"_s, u"\u2003"_s}));
     }
 
     // Lengths on both sides of every shortcut, with all that may stand before and after the digits.
@@ -61,26 +91,6 @@ private Q_SLOTS:
             QVERIFY2(LineParser::toNumber(text, found) == ok, qPrintable(text));
             QVERIFY2(!ok || std::bit_cast<quint64>(found) == expected, qPrintable(text));
         }
-    }
-
-    void reusesTheMapsOfLinesInTurnUnlessSomebodyHoldsThem()
-    {
-        LineValues values;
-        const auto map = [&](char16_t key, double number) {
-            const LineValues::KeyedNumber numbers[] = {{u"A", 1.0}, {{&key, 1}, number}};
-            return values.toMap(numbers);
-        };
-        const auto placeOf = [&](int key) { return &*map(char16_t(key), 0.0).constFind(QChar(key)); };
-        QList<const double*> places;
-        for (int i = 0; i < 100; ++i) // eighty other kinds of line, then ten that take turns
-            places << placeOf(i < 80 ? 0x400 + i : 'B' + i % 10);
-        QCOMPARE(places.last(10), places.mid(80, 10));
-        QCOMPARE(places.last(10).count(places.last()), 1);
-
-        const QMap<QString, double> held = map(u'B', 2.0);
-        QCOMPARE(map(u'A', 3.0), (QMap<QString, double>{{u"A"_s, 3.0}}));
-        QCOMPARE(map(u'B', 4.0).value(u"B"_s), 4.0);
-        QCOMPARE(held, (QMap<QString, double>{{u"A"_s, 1.0}, {u"B"_s, 2.0}}));
     }
 };
 
