@@ -2,47 +2,72 @@
 #include "support/PseudoTerminal.h"
 
 #include <QElapsedTimer>
+#include <QSerialPortInfo>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-// Cutting bytes into lines, and the port itself on a pseudo-terminal.
+// What a line makes the manager say, and the port itself on a pseudo-terminal.
 class SerialManagerTest : public QObject
 {
     Q_OBJECT
 
+    struct OpenPort
+    {
+        PseudoTerminal device;
+        SerialManager manager;
+        QSerialPort* port = manager.findChild<QSerialPort*>();
+        QSignalSpy lost{&manager, &SerialManager::deviceLost};
+
+        OpenPort() { open(); }
+        void open()
+        {
+            if (!manager.open({device.portName()}))
+                qFatal("no port");
+        }
+        /// Stands for a pulled adapter, which a pseudo-terminal cannot imitate.
+        void report(QSerialPort::SerialPortError error) const { Q_EMIT port->errorOccurred(error); }
+    };
+
+    static double timeOfALine(SerialManager& manager)
+    {
+        const QSignalSpy lines(&manager, &SerialManager::rawLineReceived);
+        manager.parseLine(u"A=1"_s);
+        return lines.value(0).value(0).toDouble();
+    }
+
 private Q_SLOTS:
     void emitsTheEventsOfALineInOrder()
     {
+        const QString line = u"12.5 hello R=15 ERR=HOT ST_MODE=RUN you A=1 R=2"_s;
         SerialManager manager;
         LineEvents events;
         events.listenTo(manager, &manager);
-        for (const char byte : QByteArray("12.5 hello R=15 ERR=HOT ST_MODE=RUN you A=1 R=2 \r\r\n \nB=2"))
-            manager.receive(QByteArray(1, byte));
-        manager.parseLine(u" "_s); // not empty, although it says nothing
-        QCOMPARE(events.texts().join(u'\n'),
-                 u"raw 12.5: 12.5 hello R=15 ERR=HOT ST_MODE=RUN you A=1 R=2\nerror 12.5: HOT\n"
-                 "state 12.5: MODE -> RUN\nvalues 12.5: [A=1][R=2]\ntext 12.5: hello you\nraw 0:  "_s);
+        manager.parseLine(line);
+        QCOMPARE(events.texts(),
+                 QStringList({u"raw 12.5: "_s + line, u"error 12.5: HOT"_s, u"state 12.5: MODE -> RUN"_s,
+                              u"values 12.5: [A=1][R=2]"_s, u"text 12.5: hello you"_s}));
     }
 
-    void survivesSlotsThatInterfere()
+    void cutsBytesIntoLines_data()
     {
-        const PseudoTerminal device;
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("unfinished line") << QByteArray("A=1\nB=2");
+        QTest::newRow("carriage returns") << QByteArray("A=1\r\r\n");
+        QTest::newRow("empty lines") << QByteArray("\n\r\n \nA=1\n");
+        QTest::newRow("spaces outside") << QByteArray("\t A=1 \n");
+    }
+
+    void cutsBytesIntoLines()
+    {
+        QFETCH(QByteArray, bytes);
         SerialManager manager;
-        QStringList lines;
-        connect(&manager, &SerialManager::rawLineReceived, this, [&](double, const QString& line) {
-            lines << line;
-            if (line == u"A=1"_s)
-                manager.receive("\nA=3\nLEFT\nOUT");
-            else if (line == u"A=3"_s) {
-                QVERIFY(manager.open({device.portName()})); // drops what waits
-                manager.receive("A=4\n");
-            }
-        });
-        manager.receive("A=1\nA=2\n");
-        manager.receive("A=5\n");
-        QCOMPARE(lines, (QStringList{u"A=1"_s, u"A=2"_s, u"A=3"_s, u"A=4"_s, u"A=5"_s}));
+        LineEvents events;
+        events.listenTo(manager, &manager);
+        for (const char byte : bytes)
+            manager.receive(QByteArray(1, byte));
+        QCOMPARE(events.texts(), QStringList({u"raw 0: A=1"_s, u"values 0: [A=1]"_s}));
     }
 
     void takesALineOf100MegabytesInSmallReads()
@@ -57,66 +82,141 @@ private Q_SLOTS:
         QCOMPARE(sizes, (QList<qsizetype>{100'000'000, 3}));
     }
 
+    void slotMayReceiveMore()
+    {
+        SerialManager manager;
+        QStringList lines;
+        connect(&manager, &SerialManager::rawLineReceived, this, [&](double, const QString& line) {
+            lines << line;
+            if (line == u"A=1"_s)
+                manager.receive("\nA=3\nA=");
+        });
+        manager.receive("A=1\nA=2\n");
+        manager.receive("4\n");
+        QCOMPARE(lines, QStringList({u"A=1"_s, u"A=2"_s, u"A=3"_s, u"A=4"_s}));
+    }
+
+    void slotMayOpenThePortAnew()
+    {
+        OpenPort rig;
+        QStringList lines;
+        connect(&rig.manager, &SerialManager::rawLineReceived, this, [&](double, const QString& line) {
+            lines << line;
+            if (line == u"A=1"_s)
+                rig.open(); // drops what waits
+        });
+        rig.manager.receive("A=1\nA=2\nA=");
+        rig.manager.receive("3\n");
+        QCOMPARE(lines, QStringList({u"A=1"_s, u"3"_s}));
+    }
+
     void countsTimeFromTheLastOpen()
     {
-        const PseudoTerminal device;
-        SerialManager manager;
-        double time = -1.0; // of the last line
-        connect(&manager, &SerialManager::rawLineReceived, this, [&](double t) { time = t; });
-        for (int round = 0; round < 2; ++round) {
-            QElapsedTimer sinceOpen;
-            sinceOpen.start();
-            QVERIFY(manager.open({device.portName()}));
-            manager.close(); // the clock goes on
-            QTRY_VERIFY((manager.parseLine(u"A=1"_s), time > 0.02));
-            QVERIFY(time <= double(sinceOpen.elapsed()) / 1000.0);
-        }
-        QVERIFY(!manager.open({}));
-        manager.parseLine(u"A=1"_s);
-        QCOMPARE(time, 0.0);
+        OpenPort rig;
+        rig.manager.close(); // the clock goes on
+        QTRY_VERIFY(timeOfALine(rig.manager) > 0.02);
+        QElapsedTimer sinceReopened;
+        sinceReopened.start();
+        rig.open();
+        const double time = timeOfALine(rig.manager);
+        QVERIFY(time <= double(sinceReopened.elapsed()) / 1000.0);
     }
 
-    void reportsAFailedOpenOnce()
+    void failedOpenStopsTheClock()
     {
-        for (const QString& port : {u"/dev/sigvane-no-such-port"_s, QString(), u"/dev/null"_s}) {
-            SerialManager manager;
-            QSignalSpy errors(&manager, &SerialManager::errorOccurred);
-            QVERIFY(!manager.open({port}) && !manager.isOpen() &&
-                    manager.lastError() != QSerialPort::NoError);
-            QCOMPARE(errors.size(), 1);
-            QVERIFY(!errors.first().first().toString().isEmpty());
-        }
+        OpenPort rig;
+        QTRY_VERIFY(timeOfALine(rig.manager) > 0.0);
+        QVERIFY(!rig.manager.open({}));
+        QCOMPARE(timeOfALine(rig.manager), 0.0);
     }
 
-    void readsAPortAndReportsItsLossOnce()
+    void listsThePortsOfTheSystem()
     {
-        PseudoTerminal device;
+        QStringList names;
+        for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts())
+            names << port.portName();
+        if (names.isEmpty())
+            QSKIP("this machine has no serial port");
         SerialManager manager;
-        const auto reopen = [&] { QVERIFY(manager.open({device.portName(), 57600})); };
-        const QSignalSpy lines(&manager, &SerialManager::rawLineReceived);
-        const QSignalSpy lost(&manager, &SerialManager::deviceLost);
-        reopen();
-        QCOMPARE(device.speed(), 57600);
-        QVERIFY(device.writeAll(QByteArray("A=1\r\n").repeated(20'000)));
+        const QSignalSpy changes(&manager, &SerialManager::portsChanged);
+        manager.refreshPorts();
+        QCOMPARE(changes.value(0).value(0).toStringList(), names);
+    }
+
+    void opensAsDescribed()
+    {
+        const OpenPort rig;
+        QCOMPARE(rig.port->openMode(), QIODevice::OpenMode(QIODevice::ReadOnly));
+        QCOMPARE(rig.port->baudRate(), 115200);
+        QCOMPARE(rig.port->dataBits(), QSerialPort::Data8);
+        QCOMPARE(rig.port->parity(), QSerialPort::NoParity);
+        QCOMPARE(rig.port->stopBits(), QSerialPort::OneStop);
+        QCOMPARE(rig.port->flowControl(), QSerialPort::NoFlowControl);
+    }
+
+    void failedOpenIsReportedOnce_data()
+    {
+        QTest::addColumn<QString>("port");
+        QTest::newRow("no such port") << u"/dev/sigvane-no-such-port"_s;
+        QTest::newRow("no name") << QString();
+        QTest::newRow("not serial") << u"/dev/null"_s;
+    }
+
+    void failedOpenIsReportedOnce()
+    {
+        QFETCH(QString, port);
+        OpenPort rig;
+        const QSignalSpy errors(&rig.manager, &SerialManager::errorOccurred);
+        QVERIFY(!rig.manager.open({port}));
+        QVERIFY(!rig.manager.isOpen());
+        QVERIFY(rig.manager.lastError() != QSerialPort::NoError);
+        QCOMPARE(errors.size(), 1);
+        QVERIFY(!errors.first().first().toString().isEmpty());
+    }
+
+    void readsAllThatTheDevicePrints()
+    {
+        OpenPort rig;
+        const QSignalSpy lines(&rig.manager, &SerialManager::rawLineReceived);
+        QVERIFY(rig.device.writeAll(QByteArray("A=1\r\n").repeated(20'000)));
         QTRY_COMPARE(lines.size(), 20'000);
-        device.close();
-        QTRY_COMPARE(lost.size(), 1);
+    }
 
-        // The port's own signal stands for a pulled adapter, which a pseudo-terminal cannot imitate.
-        const auto report = [&](auto error) { manager.findChild<QSerialPort*>()->errorOccurred(error); };
-        QVERIFY(manager.isOpen() && device.reopen());
-        reopen();
-        report(QSerialPort::WriteError);
-        QCOMPARE(lost.size(), 1);
-        report(QSerialPort::ResourceError);
-        report(QSerialPort::ReadError);
-        QCOMPARE(lost.size(), 2);
+    void pulledPlugIsReportedAndThePortStaysOpen()
+    {
+        OpenPort rig;
+        rig.device.close();
+        QTRY_COMPARE(rig.lost.size(), 1);
+        QVERIFY(rig.manager.isOpen());
+    }
 
-        reopen();
-        connect(&manager, &SerialManager::errorOccurred, this, reopen); // which mends the loss
-        report(QSerialPort::ResourceError);
-        QCOMPARE(lost.size(), 2);
-        QCOMPARE(manager.lastError(), QSerialPort::NoError);
+    void lossIsReportedOncePerOpen()
+    {
+        OpenPort rig;
+        rig.report(QSerialPort::ResourceError);
+        rig.report(QSerialPort::ReadError);
+        QCOMPARE(rig.lost.size(), 1);
+        rig.open();
+        rig.report(QSerialPort::ReadError);
+        QCOMPARE(rig.lost.size(), 2);
+    }
+
+    void errorOfALivingDeviceIsNoLoss()
+    {
+        const OpenPort rig;
+        const QSignalSpy errors(&rig.manager, &SerialManager::errorOccurred);
+        rig.report(QSerialPort::WriteError);
+        QCOMPARE(errors.size(), 1);
+        QCOMPARE(rig.lost.size(), 0);
+    }
+
+    void lossThatASlotMendsIsNotReported()
+    {
+        OpenPort rig;
+        connect(&rig.manager, &SerialManager::errorOccurred, this, [&rig] { rig.open(); });
+        rig.report(QSerialPort::ResourceError);
+        QCOMPARE(rig.lost.size(), 0);
+        QCOMPARE(rig.manager.lastError(), QSerialPort::NoError);
     }
 };
 
