@@ -1,135 +1,174 @@
-#include "app/Sigvane.h"
-#include "app/ValueRouter.h"
-#include "app/status/ConnectionStatus.h"
 #include "app/toolbars/PortComboBox.h"
-#include "serial/SerialManager.h"
+#include "app/toolbars/SerialControls.h"
 #include "support/PseudoTerminal.h"
 
-#include <QFileInfo>
 #include <QLineEdit>
-#include <QStatusBar>
-#include <QTemporaryFile>
+#include <QSignalSpy>
 #include <QTest>
+#include <QToolBar>
 #include <QToolButton>
-
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
-// The controls in a real window, used with mouse and keys, on a real pseudo-terminal.
-class TestSerialControls : public QObject
+// The controls on a toolbar, used with mouse and keys, on a real pseudo-terminal.
+class SerialControlsTest : public QObject
 {
     Q_OBJECT
 
     struct Rig
     {
-        Sigvane window;
-        QToolButton* button = window.findChild<QToolButton*>(u"connectButton"_s);
-        PortComboBox* port = window.findChild<PortComboBox*>();
-        QComboBox* baud = window.findChild<QComboBox*>(u"baudBox"_s);
-        ConnectionStatus* status = window.findChild<ConnectionStatus*>();
+        PseudoTerminal device;
+        SerialManager serial;
+        QToolBar bar;
+        SerialControls controls{&serial, &bar};
+        QSerialPort* serialPort = serial.findChild<QSerialPort*>();
+        PortComboBox* port = bar.findChild<PortComboBox*>();
+        QComboBox* baud = bar.findChild<QComboBox*>(u"baudBox"_s);
+        QToolButton* button = bar.findChild<QToolButton*>(u"connectButton"_s);
+        QSignalSpy lost{&controls, &SerialControls::lost};
 
         Rig()
         {
-            window.resize(1400, 800);
-            window.show();
-            (void)QTest::qWaitForWindowActive(&window);
+            bar.show();
+            if (!QTest::qWaitForWindowActive(&bar))
+                qFatal("no toolbar");
         }
-        void type(QComboBox* box, const QString& text) const
+        static void type(QComboBox* box, const QString& text)
         {
             box->lineEdit()->selectAll();
             QTest::keyClicks(box->lineEdit(), text);
         }
-        bool open(const QString& name) const
+        void press() const { QTest::mouseClick(button, Qt::LeftButton); }
+        void open(const QString& portName) const
         {
-            type(port, name);
-            QTest::mouseClick(button, Qt::LeftButton);
-            return window.serial()->isOpen();
+            type(port, portName);
+            press();
         }
-        bool says(const QString& text) const { return status->toolTip().contains(text); }
     };
 
+    static QStringList itemsOf(const QComboBox* box)
+    {
+        QStringList texts;
+        for (int i = 0; i < box->count(); ++i)
+            texts << box->itemText(i);
+        return texts;
+    }
+
 private Q_SLOTS:
-    void connectsReadsAndDisconnects()
+    void offersThePortsOfTheManager()
     {
-        PseudoTerminal device;
         Rig rig;
+        Q_EMIT rig.serial.portsChanged({u"ttyACM0"_s, u"ttyUSB0"_s});
+        QCOMPARE(itemsOf(rig.port), QStringList({u"ttyACM0"_s, u"ttyUSB0"_s}));
+    }
+
+    void popupAsksForThePortsAnew()
+    {
+        Rig rig;
+        const QSignalSpy refreshes(&rig.serial, &SerialManager::portsChanged);
+        rig.port->showPopup();
+        QCOMPARE(refreshes.size(), 1);
+    }
+
+    void offersTheDescribedRates()
+    {
+        const Rig rig;
+        QCOMPARE(itemsOf(rig.baud),
+                 QStringList({u"115200"_s, u"57600"_s, u"38400"_s, u"19200"_s, u"9600"_s}));
+        QCOMPARE(rig.baud->currentText(), u"115200"_s);
+    }
+
+    void opensAtTheChosenRateOtherwiseAsDescribed()
+    {
+        const Rig rig;
+        rig.baud->setCurrentIndex(rig.baud->findText(u"9600"_s));
+        rig.open(rig.device.portName());
+        QCOMPARE(rig.device.speed(), 9600);
+        QCOMPARE(rig.serialPort->dataBits(), QSerialPort::Data8);
+        QCOMPARE(rig.serialPort->parity(), QSerialPort::NoParity);
+        QCOMPARE(rig.serialPort->stopBits(), QSerialPort::OneStop);
+        QCOMPARE(rig.serialPort->flowControl(), QSerialPort::NoFlowControl);
+    }
+
+    void opensAtTheTypedRate()
+    {
+        const Rig rig;
         rig.type(rig.baud, u"1920"_s); // begins as 19200 does
-        QVERIFY(rig.open(device.portName()));
-        QCOMPARE(rig.button->text(), u"Disconnect"_s);
-        QVERIFY(rig.says(device.portName() + u" open at 1920 baud"_s));
-        QVERIFY(device.writeAll("1.5 A=1 B=2\r\nA=3\n"));
-        QTRY_COMPARE(rig.status->lineCount(), 2);
-        QCOMPARE(rig.window.router()->lastValues().value(u"A"_s), 3.0);
-        QTRY_VERIFY(rig.says(u"last line"_s) && !rig.says(u" 0.0 lines/s"_s));
-        QTRY_VERIFY(rig.says(u" 0.0 lines/s"_s)); // after a silence
-
-        QTest::keyClick(&rig.window, Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
-        QTRY_COMPARE(rig.button->text(), u"Connect"_s);
-        for (const QString& bad : {u"0"_s, u"99999999999"_s}) {
-            rig.type(rig.baud, bad);
-            QVERIFY(rig.open(device.portName()));
-            QCOMPARE(rig.baud->currentText(), u"1920"_s); // the last good one
-            QVERIFY(rig.window.statusBar()->currentMessage().contains(bad));
-            rig.button->click();
-        }
+        rig.open(rig.device.portName());
+        QCOMPARE(rig.serialPort->baudRate(), 1920);
     }
 
-    void pulledPlugClosesThePortAndIsSaid()
+    void refusesWhatIsNoRate_data()
     {
-        PseudoTerminal device;
+        QTest::addColumn<QString>("text");
+        QTest::newRow("zero") << u"0"_s;
+        QTest::newRow("too large") << u"99999999999"_s;
+    }
+
+    void refusesWhatIsNoRate()
+    {
+        QFETCH(QString, text);
         Rig rig;
-        QVERIFY(!rig.open(u"/no/such/port"_s)); // shown, not boxed
-        QVERIFY(rig.says(u"/no/such/port not open · "_s));
-        QVERIFY(rig.open(device.portName()));
-        device.close();
-        QTRY_VERIFY(!rig.window.serial()->isOpen());
-        QTRY_VERIFY(rig.says(u"the device is gone"_s));
+        const QSignalSpy messages(&rig.controls, &SerialControls::statusMessage);
+        rig.baud->setCurrentIndex(1);
+        rig.type(rig.baud, text);
+        rig.open(rig.device.portName());
+        QCOMPARE(rig.serialPort->baudRate(), 57600); // the last good one
+        QCOMPARE(rig.baud->currentText(), u"57600"_s);
+        QCOMPARE(messages.value(0).value(0), u"Not a baud rate: "_s + text);
+    }
+
+    void buttonSaysWhatItDoes()
+    {
+        const Rig rig;
+        QCOMPARE(rig.button->toolTip(), u"Open or close the serial port (Ctrl+Shift+K)"_s);
         QCOMPARE(rig.button->text(), u"Connect"_s);
-
-        QVERIFY(device.reopen());
-        QVERIFY(rig.open(device.portName()));
-        QVERIFY(device.writeAll("A=1\n"));
-        QTRY_COMPARE(rig.status->lineCount(), 1);
+        rig.open(rig.device.portName());
+        QCOMPARE(rig.button->text(), u"Disconnect"_s);
+        rig.press();
+        QCOMPARE(rig.button->text(), u"Connect"_s);
+        QVERIFY(!rig.serial.isOpen());
     }
 
-    void missingPermissionNamesTheGroup()
+    void shortcutWorksAsTheButton()
     {
-        QTemporaryFile device;
-        QVERIFY(device.open());
-        ConnectionStatus status;
-        const auto says = [&](const QString& text) {
-            status.showError(device.fileName(), u"No"_s, QSerialPort::PermissionError);
-            return status.toolTip().contains(text);
-        };
-        QVERIFY(says(u"another program"_s));
-        QVERIFY(device.setPermissions({}));
-        const bool root = ::geteuid() == 0; // may read anything: become somebody who may not
-        if (root) {
-            QCOMPARE(::fchown(device.handle(), 0, 20), 0);
-            QCOMPARE(::setresuid(65534, 65534, 0), 0);
-        }
-        const bool named = says(u"“%1”"_s.arg(QFileInfo(device.fileName()).group()));
-        if (root)
-            QCOMPARE(::setresuid(0, 0, 0), 0);
-        QVERIFY2(named, qPrintable(status.toolTip()));
+        Rig rig;
+        rig.open(rig.device.portName());
+        QTest::keyClick(&rig.bar, Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(!rig.serial.isOpen());
     }
 
-    void newPortListKeepsWhatWasTyped()
+    void failedOpenLeavesTheButton()
     {
-        PortComboBox box;
-        box.show();
-        QVERIFY(QTest::qWaitForWindowActive(&box));
-        box.setPorts({u"ttyUSB0"_s, u"ttyUSB10"_s});
-        box.setCurrentIndex(1);
-        box.setPorts({u"ttyACM0"_s, u"ttyUSB10"_s});
-        QCOMPARE(box.currentIndex(), 1);
-        box.lineEdit()->selectAll();
-        QTest::keyClicks(box.lineEdit(), u"ttyUSB1"_s); // not completed to the listed one
-        box.setPorts({u"ttyUSB0"_s, u"ttyUSB10"_s});
-        QCOMPARE(box.currentText(), u"ttyUSB1"_s);
+        const Rig rig;
+        rig.open(u"/no/such/port"_s);
+        QVERIFY(!rig.serial.isOpen());
+        QCOMPARE(rig.button->text(), u"Connect"_s);
+    }
+
+    void pulledPlugClosesThePort()
+    {
+        Rig rig;
+        const QString portName = rig.device.portName();
+        rig.open(portName);
+        rig.device.close();
+        QTRY_COMPARE(rig.lost.size(), 1);
+        QCOMPARE(rig.lost.first().first().toString(), portName);
+        QVERIFY(!rig.serial.isOpen());
+        QCOMPARE(rig.button->text(), u"Connect"_s);
+    }
+
+    void lateReportOfALossLeavesTheNextPortOpen()
+    {
+        Rig rig;
+        rig.open(rig.device.portName());
+        Q_EMIT rig.serial.deviceLost();
+        QVERIFY(rig.controls.openPort(rig.device.portName()));
+        QCoreApplication::processEvents();
+        QVERIFY(rig.serial.isOpen());
+        QCOMPARE(rig.lost.size(), 0);
     }
 };
 
-QTEST_MAIN(TestSerialControls)
+QTEST_MAIN(SerialControlsTest)
 #include "tst_serialcontrols.moc"
