@@ -10,7 +10,8 @@
 
 namespace {
 
-constexpr qint64 kPieceBytes = 1'048'576;
+constexpr qint64 kLargestPiece = 1'048'576; // bytes; what is still to be read, in short files
+constexpr qint64 kSmallestPiece = 4096;
 constexpr QStringView kMessageWord(u"RAW");
 
 QString joinedWords(LineParser& parser)
@@ -69,7 +70,8 @@ bool RecordingReader::readPiece()
 {
     if (!m_file.isOpen())
         return false;
-    const qint64 count = m_lines.readFrom(m_file, kPieceBytes);
+    const qint64 wanted = std::clamp(m_fileSize - m_file.pos(), kSmallestPiece, kLargestPiece);
+    const qint64 count = m_lines.readFrom(m_file, wanted);
     m_failed = count < 0;
     if (count <= 0)
         m_file.close();
