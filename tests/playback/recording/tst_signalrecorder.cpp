@@ -1,12 +1,57 @@
 #include "playback/recording/SignalRecorder.h"
+#include "support/Files.h"
 #include "support/SmallDisk.h"
 
-#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <cerrno>
 #include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Rig
+{
+    const QTemporaryDir dir;
+    QString folder = dir.filePath(u"project/recordings"_s); // which is not there yet
+    SignalRecorder recorder;
+
+    [[nodiscard]] bool tryToStart(const QString& definitions = {})
+    {
+        return recorder.start(folder, definitions, QDateTime(QDate(2024, 1, 31), QTime(14, 22, 5)));
+    }
+    void start(const QString& definitions = {})
+    {
+        if (!tryToStart(definitions))
+            qFatal("%s", qPrintable(recorder.startProblem()));
+    }
+    /// What the file holds when the recording has ended.
+    QByteArray stopped()
+    {
+        recorder.stop();
+        return readFile(recorder.path());
+    }
+};
+
+// A recording on a disk that has just become too small for it.
+struct FullDisk : Rig
+{
+    const SmallDisk disk{folder};
+    QByteArray lines; ///< all that was recorded
+
+    FullDisk()
+    {
+        if (!disk.isMounted())
+            return;
+        start();
+        for (; recorder.error().isEmpty() && lines.size() < 1'000'000; lines += "0.000000 ERR=FULL\n")
+            recorder.writeError(1.0, u"FULL"_s);
+    }
+};
+
+} // namespace
 
 // What is in the file: also while it is written, when the disk is full and when there can be none.
 class TestSignalRecorder : public QObject
@@ -15,67 +60,133 @@ class TestSignalRecorder : public QObject
 
     const QTemporaryDir m_dir;
 
-    static QByteArray contents(const QString& path)
+private Q_SLOTS:
+    void writesALinePerEvent()
     {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : "no file";
+        Rig rig;
+        rig.start();
+        rig.recorder.writeState(0.0, u"MODE"_s, u"RUN"_s);
+        rig.recorder.writeValues(0.5, {{u"T"_s, 81.5}, {u"KEY"_s, 1500.0}, {u"Größe"_s, 7.0}});
+        rig.recorder.writeError(1.0, u"HOT"_s);
+        rig.recorder.writeMessage(1.25, u"not=a \"value\""_s);
+        QCOMPARE(rig.stopped(), "0.000000 ST_MODE=RUN\n0.500000 Größe=7 KEY=1500 T=81.5\n"
+                                "1.000000 ERR=HOT\n1.250000 RAW not=a \"value\"\n");
     }
 
-private Q_SLOTS:
-    void hasALinePerEventInTheFileWithinASecond()
+    void countsTimeFromTheFirstThatIsFinite()
     {
-        const QString folder = m_dir.filePath("a/b");
-        const QDateTime now(QDate(2024, 1, 31), QTime(14, 22, 5));
-        SignalRecorder recorder;
-        QVERIFY(recorder.start(folder, QFINDTESTDATA("CMakeLists.txt"), now));
-        recorder.writeMessage(qQNaN(), "no time=\"yet\"");
-        recorder.writeState(100.25, "MODE", "RUN");
-        recorder.writeValues(101.5, {{"T", 81.5}, {"KEY", 1500.0}, {"Größe", -1.0 / 3.0}});
-        recorder.writeError(-qInf(), "HOT");
-        recorder.writeValues(100.25 - 4e-7, {{"A", -0.0}, {"B", -qQNaN()}, {"C", -qInf()}});
-        recorder.writeValues(-1e308, {{"D", -1.7e-308}, {"E", 1234567.000005}});
-        QByteArray lines =
-            "0.000000 RAW no time=\"yet\"\n0.000000 ST_MODE=RUN\n1.250000 Größe=-0.333333333333 KEY=1500 "
-            "T=81.5\n1.250000 ERR=HOT\n0.000000 A=0 B=nan C=-inf\n";
-        lines += QByteArray::number(-1e308, 'f', 6) + " D=-1.7e-308 E=1234567.00001\n";
-        QVERIFY(contents(folder + "/log_20240131_142205.rec").isEmpty()); // a few lines are not worth a write
-        QTRY_COMPARE_WITH_TIMEOUT(contents(recorder.path()), lines, 1500);
-        QVERIFY(recorder.lineCount() == 6 && recorder.byteCount() == lines.size());
-        QVERIFY(contents(companionDefinitionsPath(recorder.path())).contains("tst_signalrecorder"));
-        recorder.stop();
-        QVERIFY(recorder.start(folder, {}, now) && contents(recorder.path()).isEmpty());
-        QVERIFY(!recorder.start(m_dir.path(), {}, now) && !recorder.startProblem().isEmpty());
-        recorder.writeError(7.0, "NEW");
-        recorder.stop();
-        QCOMPARE(contents(recorder.path()), "0.000000 ERR=NEW\n");
-        QVERIFY(recorder.lineCount() == 1 && !QFile::exists(companionDefinitionsPath(recorder.path())));
-        QVERIFY(recorder.start(folder, {}, now) && QFile::remove(recorder.path()));
-        QTRY_VERIFY(!recorder.error().isEmpty());
-        recorder.stop();
-        QVERIFY(::mkfifo(qPrintable(recorder.path()), 0600) == 0 && !recorder.start(folder, {}, now));
-        QVERIFY(!recorder.start({}, {}, now) && !recorder.start(recorder.path(), {}, now));
+        Rig rig;
+        rig.start();
+        for (const double t : {qQNaN(), 100.25, 101.5, -qInf(), 99.25, 100.25 - 4e-7, -1e308})
+            rig.recorder.writeError(t, u"E"_s);
+        QCOMPARE(rig.stopped().replace(" ERR=E", ""),
+                 "0.000000\n0.000000\n1.250000\n1.250000\n-1.000000\n0.000000\n" +
+                     QByteArray::number(-1e308, 'f', 6) + '\n');
+    }
+
+    void writesNumbersWithTwelveDigits()
+    {
+        Rig rig;
+        rig.start();
+        rig.recorder.writeValues(0.0, {{u"A"_s, -1.0 / 3.0}, {u"B"_s, -qQNaN()}, {u"C"_s, -qInf()}});
+        QCOMPARE(rig.stopped(), "0.000000 A=-0.333333333333 B=nan C=-inf\n");
+    }
+
+    void fileFollowsWhileItRecords()
+    {
+        Rig rig;
+        rig.start();
+        rig.recorder.writeError(1.0, u"HOT"_s);
+        QVERIFY(readFile(rig.recorder.path()).isEmpty()); // a line is not worth a write of its own
+        QTRY_COMPARE(readFile(rig.recorder.path()), "0.000000 ERR=HOT\n");
+        QCOMPARE(rig.recorder.lineCount(), 1);
+        QCOMPARE(rig.recorder.byteCount(), 17);
+    }
+
+    void copiesTheDefinitionsBesideTheRecording()
+    {
+        Rig rig;
+        rig.start(writeFile(rig.dir.filePath(u"dashboard_signals.def"_s), "DASHBOARD_ERROR(E, 1, \"e\")\n"));
+        QCOMPARE(readFile(rig.folder + u"/log_20240131_142205.signals.h"_s),
+                 "DASHBOARD_ERROR(E, 1, \"e\")\n");
+    }
+
+    void replacesTheRecordingOfTheSameSecond()
+    {
+        Rig rig;
+        rig.start(writeFile(rig.dir.filePath(u"dashboard_signals.def"_s), "\n"));
+        rig.recorder.writeError(1.0, u"OLD"_s);
+        rig.recorder.stop();
+        rig.start();
+        rig.recorder.writeError(5.0, u"NEW"_s);
+        QCOMPARE(rig.stopped(), "0.000000 ERR=NEW\n");
+        QCOMPARE(rig.recorder.lineCount(), 1);
+        QVERIFY(!QFile::exists(companionDefinitionsPath(rig.recorder.path())));
+    }
+
+    void saysWhyItCannotBegin_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("no project") << QString() << u"There is no project to record in."_s;
+        QTest::newRow("folder is a file")
+            << writeFile(m_dir.filePath(u"file"_s), "\n")
+            << m_dir.filePath(u"file/log_20240131_142205.rec: Not a directory"_s);
+        QTest::newRow("a pipe has its name")
+            << m_dir.path() << u"Not a regular file: "_s + m_dir.filePath(u"log_20240131_142205.rec"_s);
+    }
+
+    void saysWhyItCannotBegin()
+    {
+        QFETCH(QString, folder);
+        ::mkfifo(qPrintable(m_dir.filePath(u"log_20240131_142205.rec"_s)), 0600);
+        Rig rig;
+        rig.folder = folder;
+        QVERIFY(!rig.tryToStart());
+        QTEST(rig.recorder.startProblem(), "problem");
+    }
+
+    void goesOnWhenToldToBeginAnotherOne()
+    {
+        Rig rig;
+        rig.start();
+        rig.recorder.writeError(1.0, u"ONE"_s);
+        QVERIFY(!rig.tryToStart());
+        QCOMPARE(rig.recorder.startProblem(), u"A recording is running."_s);
+        rig.recorder.writeError(2.0, u"TWO"_s);
+        QCOMPARE(rig.stopped(), "0.000000 ERR=ONE\n1.000000 ERR=TWO\n");
+    }
+
+    void noticesThatItsFileIsGone()
+    {
+        Rig rig;
+        rig.start();
+        QVERIFY(QFile::remove(rig.recorder.path()));
+        QTRY_COMPARE(rig.recorder.error(), u"The file is no longer in its place."_s);
     }
 
     void catchesUpWhenAFullDiskHasRoomAgain()
     {
-        const SmallDisk disk(m_dir.path());
-        if (!disk.isMounted())
+        FullDisk full;
+        if (!full.disk.isMounted())
             QSKIP("mounting a small disk is not permitted here");
-        SignalRecorder recorder;
-        QVERIFY(recorder.start(m_dir.path(), {}, QDateTime::currentDateTime()));
-        QByteArray lines;
-        for (; recorder.error().isEmpty() && lines.size() < 1'000'000; lines += "0.000000 ERR=FULL\n")
-            recorder.writeError(1.0, "FULL");
-        QCOMPARE(recorder.error(), qt_error_string(ENOSPC));
-        QCOMPARE(contents(recorder.path()), lines.left(65536 / 18 * 18)); // whole ones only
-        for (int i = 0; i < 20; ++i)                                      // of which 15 may wait
-            recorder.writeMessage(1.0, QString(1024 * 1024, u'x'));
-        QVERIFY(disk.resize("size=16m"));
-        QTRY_COMPARE(recorder.error(), QString());
-        recorder.writeMessage(1.0, QString(1024 * 1024, u'x')); // too much for the disk at the end
-        recorder.stop();
-        lines += ("0.000000 RAW " + QByteArray(1024 * 1024, 'x') + '\n').repeated(15);
-        QVERIFY(contents(recorder.path()) == lines && recorder.lostLines() == 6);
+        QCOMPARE(full.recorder.error(), qt_error_string(ENOSPC));
+        QCOMPARE(readFile(full.recorder.path()), full.lines.left(65536 / 18 * 18)); // whole ones only
+        QVERIFY(full.disk.resize("size=16m"));
+        QTRY_COMPARE(full.recorder.error(), QString());
+        QCOMPARE(full.stopped(), full.lines);
+    }
+
+    void countsTheLinesThatItHadToGiveUp()
+    {
+        FullDisk full;
+        if (!full.disk.isMounted())
+            QSKIP("mounting a small disk is not permitted here");
+        for (int i = 0; i < 20; ++i) // of which 15 may wait
+            full.recorder.writeMessage(1.0, QString(1024 * 1024, u'x'));
+        QCOMPARE(full.recorder.lostLines(), 5);
+        full.recorder.stop();
+        QCOMPARE(full.recorder.lineCount() + full.recorder.lostLines(), full.lines.count('\n') + 20);
     }
 };
 
