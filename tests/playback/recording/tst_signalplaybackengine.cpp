@@ -1,163 +1,256 @@
 #include "playback/recording/SignalPlaybackEngine.h"
+#include "support/Files.h"
 
-#include <QDateTime>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <fstream>
 #include <functional>
 
 using namespace Qt::StringLiterals;
 
-// An engine, all that it said, and what it is told: from inside a signal too, with "on=<said>><action>".
-struct Rig : SignalPlaybackEngine
-{
-    QTemporaryDir folder;
-    QString path = folder.filePath(u"a.rec"_s), answerTo, answer;
-    QStringList said;
-    int files = 0;
-    const QHash<QString, std::function<void(QString)>> actions{
-        {u"load"_s, [this](auto lines) { write(lines), act(u"again"_s); }},
-        {u"again"_s, [this](auto) { said << (loadFromFile(path) ? u"loaded"_s : u"not loaded"_s); }},
-        {u"start"_s, [this](auto) { startPlayback(); }},
-        {u"stop"_s, [this](auto) { cancelLoading(), stopPlayback(); }},
-        {u"ms"_s, [this](auto ms) { advance(ms.toLongLong()); }},
-        {u"seek"_s, [this](auto t) { seekToTimestamp(t.toDouble()); }},
-        {u"rate"_s, [this](auto rate) { setPlaybackRate(rate.toDouble()); }},
-        {u"groups"_s, [this](auto ids) { setKnownStateGroups(ids.split(u'+')); }},
-        {u"on"_s, [this](auto s) { answerTo = s.section(u'>', 0, 0), answer = s.section(u'>', 1); }}};
+namespace {
 
-    Rig()
+// An engine that has loaded a recording, and all that it says from then on, one text per signal.
+struct Rig
+{
+    const QTemporaryDir folder;
+    SignalPlaybackEngine engine;
+    QStringList said;
+
+    explicit Rig(const QByteArray& lines)
     {
-        const auto on = [this](const char* name, auto signal) {
-            connect(this, signal, this, [this, name](const auto&... what) {
-                QString text;
-                (QDebug(&text).noquote() << name << ... << what);
-                text = text.remove(u"QMap"_s).trimmed();
-                if (text.startsWith("read"_L1) && (text != "read 1"_L1 || said.endsWith(text)))
-                    return; // how many slices it takes is the machine's matter
-                said << text;
-                if (said.last() == answerTo)
-                    act(std::exchange(answer, answerTo = QString()));
-            });
-        };
-        on("values", &Rig::signalValuesUpdated), on("at", &Rig::signalValuesUpdatedAt);
-        on("state", &Rig::stateEvent), on("error", &Rig::errorEvent), on("no errors", &Rig::errorReset);
-        on("message", &Rig::messageEvent), on("no messages", &Rig::messageReset);
-        on("no data", &Rig::dataReset), on("read", &Rig::loadProgressed), on("end", &Rig::playbackFinished);
-        on("time", &Rig::playbackTimeAdvanced), on("step", &Rig::positionChanged);
+        if (!load(lines))
+            qFatal("cannot load the recording");
+        using Engine = SignalPlaybackEngine;
+        hear("values", &Engine::signalValuesUpdated);
+        hear("at", &Engine::signalValuesUpdatedAt);
+        hear("state", &Engine::stateEvent);
+        hear("error", &Engine::errorEvent);
+        hear("no errors", &Engine::errorReset);
+        hear("message", &Engine::messageEvent);
+        hear("no messages", &Engine::messageReset);
+        hear("no data", &Engine::dataReset);
+        hear("time", &Engine::playbackTimeAdvanced);
+        hear("step", &Engine::positionChanged);
+        hear("end", &Engine::playbackFinished);
     }
-    void write(const QString& lines)
+    QString path() const { return folder.filePath(u"a.rec"_s); }
+    bool load(const QByteArray& lines) { return engine.loadFromFile(writeFile(path(), lines)); }
+
+    /// What the engine says while this is done.
+    QStringList heard(const std::function<void()>& what)
     {
-        std::ofstream(path.toStdString()) << lines.toStdString();
-        QFile file(path); // two files of a moment must not have the same time
-        if (file.open(QIODevice::ReadWrite))
-            file.setFileTime(QDateTime::fromSecsSinceEpoch(++files), QFileDevice::FileModificationTime);
+        said.clear();
+        what();
+        return said;
     }
-    void act(const QString& action) { actions[action.section(u'=', 0, 0)](action.section(u'=', 1)); }
+    /// A listener that does this once, at the first such signal.
+    template <typename Signal>
+    void atFirst(Signal signal, const std::function<void()>& what)
+    {
+        QObject::connect(&engine, signal, &engine, what, Qt::SingleShotConnection);
+    }
+
+private:
+    template <typename Signal>
+    void hear(const char* name, Signal signal)
+    {
+        QObject::connect(&engine, signal, &engine, [this, name](const auto&... what) {
+            QString text;
+            (QDebug(&text).noquote() << name << ... << what);
+            said << text.remove(u"QMap"_s).trimmed();
+        });
+    }
 };
 
-/// After it has loaded a recording, which comes first and has | for line feeds.
-static QString whatItSays(QString actions)
-{
-    Rig rig;
-    for (const QString& action : actions.replace(u'|', u'\n').split(u';'))
-        rig.act(action);
-    return rig.said.mid(rig.said.indexOf(u"loaded"_s) + 1).join(u';');
-}
+/// The texts of a row of signals.
+QStringList texts(const QString& joined) { return joined.split(u"; "_s); }
 
-class SignalPlaybackEngineTest : public QObject
+} // namespace
+
+class TestSignalPlaybackEngine : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void says_data()
+    void playsWhatIsDueInFileOrder()
     {
-        QTest::addColumn<QString>("actions");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](auto name, auto actions, auto said) { QTest::newRow(name) << actions << said; };
-        row("plays in file order, seeks with history",
-            u"load=0 A=1|4.5 B=2 ST_M=RUN ERR=7 ST_L=ON|3 RAW hi  you|14.5;groups=G+M;"
-            "rate=2;rate=-1;rate=inf;ms=1999;ms=0;ms=2000;ms=1;ms=500;seek=14.5"_s,
-            u"values ((A, 1));at 0 ((A, 1));time 3.998;step 275;time 3.998;step 275;time 3.998;step 275;"
-            "time 4;step 275;values ((A, 1)(B, 2));at 4.5 ((A, 1)(B, 2));state 4.5 M RUN;"
-            "state 4.5 L ON;error 4.5 7;values ((A, 1)(B, 2));at 3 ((A, 1)(B, 2));message 3 hi you;time 5;"
-            "step 344;no data;at 4.5 ((A, 1)(B, 2));at 3 ((A, 1)(B, 2));values ((A, 1)(B, 2));state 3 G;"
-            "state 3 L ON;state 3 M RUN;no errors;error 4.5 7;no messages;message 3 hi you"_s);
-        row("times that are no numbers", u"load=0|nan A=2|inf;ms=50;seek=inf;start;ms=0"_s,
-            u"values ();at 0 ();values ((A, 2));at nan ((A, 2));time 0.05;step 0;no data;values ();no errors;"
-            "no messages;at nan ((A, 2));time inf;values ((A, 2));at nan ((A, 2));values ((A, 2));"
-            "at inf ((A, 2));time inf;step 1000;end"_s);
-        row("loads what is new",
-            u"load=0;again;load=1;on=read 1>stop;load=0 A=2;ms=1;again;on=read 1>again;"
-            "load=0 A=234;on=read 1>ms=1;load=# none;seek=1;ms=1"_s,
-            u"loaded;read 1;loaded;read 1;not loaded;end;read 1;loaded;read 1;not loaded;loaded;read 1;not loaded;end"_s);
-        row("a listener stops", u"load=0 ST_M=RUN|0;start;on=values ()>stop;ms=1;start"_s,
-            u"at 0 ();time 0;values ();at 0 ();state 0 M RUN;time 0.001;step 1000;time 0.001"_s);
-        row("a listener seeks", u"load=0 A=1|1 ERR=5;start;on=at 1 ((A, 1))>seek=nan;ms=1000;ms=1"_s,
-            u"at 0 ((A, 1));time 0;values ((A, 1));at 0 ((A, 1));values ((A, 1));at 1 ((A, 1));"
-            "values ((A, 1));no errors;no messages;values ((A, 1));at 0 ((A, 1));values ((A, 1));"
-            "at 1 ((A, 1));error 1 5;time 1.001;step 1000;end"_s);
-        row("a listener loads less", u"load=0|0 A=2 ERR=2|1;start;on=at 0 ((A, 2))>load=0 B=1;ms=1;ms=1"_s,
-            u"at 0 ();time 0;values ();at 0 ();values ((A, 2));at 0 ((A, 2));read 1;loaded;end"_s);
+        Rig rig("2 A=1 ST_M=RUN ERR=7 ST_L=ON\n1 RAW hi  you\n4\n");
+        QCOMPARE(rig.heard([&] { rig.engine.advance(1000); }), texts(u"time 1; step 250"_s));
+        QCOMPARE(rig.heard([&] { rig.engine.advance(1000); }),
+                 texts(u"values ((A, 1)); at 2 ((A, 1)); state 2 M RUN; state 2 L ON; error 2 7; "
+                       "values ((A, 1)); at 1 ((A, 1)); message 1 hi you; time 2; step 500"_s));
     }
 
-    void says()
+    void timeRunsAtTheRate_data()
     {
-        QFETCH(QString, actions);
-        QTEST(whatItSays(actions), "expected");
+        QTest::addColumn<double>("rate");
+        QTest::addColumn<int>("ms");
+        QTest::addColumn<double>("time");
+        QTest::newRow("as recorded") << 1.0 << 50 << 0.05;
+        QTest::newRow("twice as fast") << 2.0 << 50 << 0.1;
+        QTest::newRow("no negative rate") << -1.0 << 50 << 0.05;
+        QTest::newRow("no infinite rate") << qInf() << 50 << 0.05;
+        QTest::newRow("clock stood still") << 1.0 << 0 << 0.0;
+        QTest::newRow("longest tick") << 1.0 << 1999 << 1.999;
+        QTest::newRow("machine slept") << 1.0 << 2000 << 0.0;
     }
 
-    void seeksAsIfNothingCameAfterwards()
+    void timeRunsAtTheRate()
     {
-        QRandomGenerator random(3);
-        QStringList lines;
-        for (int i = 0; i < 3000; ++i)
-            lines << u"%1 K%2=%3 ST_%2=%3 ERR=%3"_s.arg(i - random.bounded(9)).arg(i % 7).arg(i);
-        const auto sought = [](const QStringList& file, int t) {
-            return whatItSays(u"load=%1;seek=%2"_s.arg(file.join(u'|')).arg(t));
-        };
-        for (int t = 0; t < 2900; t += 1 + random.bounded(300)) {
-            int before = 0;
-            while (lines[before].section(u' ', 0, 0).toInt() < t)
-                ++before;
-            QCOMPARE(sought(lines, t), sought(lines.first(std::max(before, 1)), t));
-        }
+        QFETCH(double, rate);
+        QFETCH(int, ms);
+        Rig rig("0\n5\n");
+        rig.engine.setPlaybackRate(rate);
+        rig.engine.advance(ms);
+        QTEST(rig.engine.playTime(), "time");
+    }
+
+    void startsWhereItStoppedOrWasRewoundTo()
+    {
+        Rig rig("0 A=1\n1 A=2\n");
+        rig.engine.advance(500);
+        QTest::ignoreMessage(QtDebugMsg, "[Playback] frames: 2 maxTimestamp: 1 playbackRate: 1 first dt: 1");
+        QCOMPARE(rig.heard([&] { rig.engine.startPlayback(); }), texts(u"at 1 ((A, 2)); time 0.5"_s));
+        QCOMPARE(rig.heard([&] { rig.engine.resetStartTime(); }), texts(u"step 0"_s));
+        QCOMPARE(rig.heard([&] { rig.engine.startPlayback(); }), texts(u"at 0 ((A, 1)); time 0"_s));
+    }
+
+    void seekSendsTheHistoryAndWhatHoldsThere()
+    {
+        Rig rig("0 A=1 ERR=7 ST_M=STOP\n4.5 B=2 ST_M=RUN ST_L=ON\n3 RAW hi\n14.5 A=9\n");
+        rig.engine.setKnownStateGroups({u"G"_s, u"M"_s});
+        QCOMPARE(rig.heard([&] { rig.engine.seekToTimestamp(14.5); }),
+                 texts(u"no data; at 4.5 ((A, 1)(B, 2)); at 3 ((A, 1)(B, 2)); values ((A, 1)(B, 2)); "
+                       "state 3 G; state 3 L ON; state 3 M RUN; no errors; error 0 7; no messages; "
+                       "message 3 hi"_s));
+    }
+
+    void seekWhilePlayingSendsNoHistory()
+    {
+        Rig rig("0 A=1\n5 A=2\n");
+        rig.engine.startPlayback();
+        QCOMPARE(rig.heard([&] { rig.engine.seekToTimestamp(5); }),
+                 texts(u"values ((A, 1)); no errors; no messages"_s));
+    }
+
+    void seekToTheStartShowsTheFirstFrame_data()
+    {
+        QTest::addColumn<double>("t");
+        QTest::newRow("start") << 0.0;
+        QTest::newRow("not a number") << qQNaN();
+        QTest::newRow("before all time") << -qInf();
+    }
+
+    void seekToTheStartShowsTheFirstFrame()
+    {
+        QFETCH(double, t);
+        Rig rig("0 A=1\n1 A=2\n");
+        rig.engine.advance(500);
+        QCOMPARE(rig.heard([&] { rig.engine.seekToTimestamp(t); }),
+                 texts(u"no data; values ((A, 1)); no errors; no messages"_s));
+        QCOMPARE(rig.heard([&] { rig.engine.startPlayback(); }), texts(u"at 0 ((A, 1)); time 0"_s));
+    }
+
+    void passesTimesThatAreNoNumbers()
+    {
+        Rig rig("0\nnan A=2\ninf A=3\n");
+        QCOMPARE(rig.heard([&] { rig.engine.advance(50); }),
+                 texts(u"values (); at 0 (); values ((A, 2)); at nan ((A, 2)); time 0.05; step 0"_s));
+        rig.engine.seekToTimestamp(qInf());
+        rig.engine.startPlayback();
+        QCOMPARE(rig.heard([&] { rig.engine.advance(0); }),
+                 texts(u"values ((A, 2)); at nan ((A, 2)); values ((A, 3)); at inf ((A, 3)); time inf; "
+                       "step 1000; end"_s));
+    }
+
+    void loadsAFileAgainOnlyWhenItWasReplaced()
+    {
+        Rig rig("0\n");
+        const QSignalSpy loads(&rig.engine, &SignalPlaybackEngine::loadProgressed);
+        QVERIFY(rig.engine.loadFromFile(rig.path()));
+        QCOMPARE(loads.size(), 0);
+        QVERIFY(rig.load("0\n7\n"));
+        QCOMPARE(rig.engine.getMaxTimestamp(), 7.0);
+    }
+
+    void holdsNothingOfAFileWithoutFrames()
+    {
+        Rig rig("0\n");
+        QVERIFY(!rig.load("# none\n"));
+        QCOMPARE(rig.heard([&] { rig.engine.advance(1); }), texts(u"end"_s));
+    }
+
+    void cancelledLoadLeavesNothing()
+    {
+        Rig rig("0\n");
+        rig.atFirst(&SignalPlaybackEngine::loadProgressed, [&] { rig.engine.cancelLoading(); });
+        QVERIFY(!rig.load("0 A=2\n"));
+        QVERIFY(rig.engine.wasLoadCancelled());
+        QVERIFY(!rig.engine.hasFrames());
+    }
+
+    void standsStillWhileItLoads()
+    {
+        Rig rig("0\n");
+        rig.atFirst(&SignalPlaybackEngine::loadProgressed, [&] {
+            QVERIFY(!rig.engine.loadFromFile(rig.path()));
+            rig.engine.advance(1);
+        });
+        QVERIFY(rig.load("0 A=2\n"));
+        QCOMPARE(rig.said, QStringList());
+    }
+
+    void stopsWithTheFrameAtWhichAListenerStopsIt()
+    {
+        Rig rig("0 ST_M=RUN\n0\n");
+        rig.engine.startPlayback();
+        rig.atFirst(&SignalPlaybackEngine::signalValuesUpdated, [&] { rig.engine.stopPlayback(); });
+        QCOMPARE(rig.heard([&] { rig.engine.advance(1); }),
+                 texts(u"values (); at 0 (); state 0 M RUN; time 0.001; step 1000"_s));
+    }
+
+    void goesOnWhereAListenerJumpsTo()
+    {
+        Rig rig("0 A=1 ERR=5\n1 A=2\n");
+        rig.engine.startPlayback();
+        rig.atFirst(&SignalPlaybackEngine::errorEvent, [&] { rig.engine.seekToTimestamp(1); });
+        QCOMPARE(rig.heard([&] { rig.engine.advance(1); }),
+                 texts(u"values ((A, 1)); at 0 ((A, 1)); error 0 5; values ((A, 1)); no errors; error 0 5; "
+                       "no messages"_s));
+        QCOMPARE(rig.heard([&] { rig.engine.startPlayback(); }), texts(u"at 1 ((A, 2)); time 1"_s));
+    }
+
+    void endsWhenAListenerLoadsAShorterRecording()
+    {
+        Rig rig("0\n0 A=2 ERR=2\n1\n");
+        rig.atFirst(&SignalPlaybackEngine::signalValuesUpdatedAt, [&] { QVERIFY(rig.load("0 B=1\n")); });
+        QCOMPARE(rig.heard([&] { rig.engine.advance(1); }), texts(u"values (); at 0 ()"_s));
+        QCOMPARE(rig.heard([&] { rig.engine.advance(1); }), texts(u"end"_s));
     }
 
     void slowsDownWhereListenersTakeTooLong()
     {
-        Rig rig;
-        rig.act(u"load=0\n1\n2\n3\n4"_s);
+        Rig rig("0\n1\n2\n3\n4\n");
         int frames = 0;
         bool aheadOfWhatIsShown = false;
-        connect(&rig, &Rig::signalValuesUpdated, this, [&] {
+        connect(&rig.engine, &SignalPlaybackEngine::signalValuesUpdated, this, [&] {
             QElapsedTimer busy;
             for (busy.start(); !busy.hasExpired(45);) {
             }
             ++frames;
         });
-        connect(&rig, &Rig::playbackTimeAdvanced, this,
+        connect(&rig.engine, &SignalPlaybackEngine::playbackTimeAdvanced, this,
                 [&](double t) { aheadOfWhatIsShown |= frames < 5 && t > frames; });
-        rig.setPlaybackRate(100);
-        rig.startPlayback();
+        rig.engine.setPlaybackRate(100);
+        rig.engine.startPlayback();
         QTRY_COMPARE(rig.said.last(), u"end"_s);
-        QVERIFY(frames == 5 && !aheadOfWhatIsShown);
-    }
-
-    void playsByTheClock()
-    {
-        Rig rig;
-        rig.act(u"load=0\n1"_s);
-        rig.setPlaybackRate(5);
-        QTest::ignoreMessage(QtDebugMsg, "[Playback] frames: 2 maxTimestamp: 1 playbackRate: 5 first dt: 1");
-        rig.startPlayback();
-        QTRY_COMPARE(rig.said.last(), u"end"_s);
+        QCOMPARE(frames, 5);
+        QVERIFY(!aheadOfWhatIsShown);
     }
 };
 
-QTEST_GUILESS_MAIN(SignalPlaybackEngineTest)
+QTEST_GUILESS_MAIN(TestSignalPlaybackEngine)
 #include "tst_signalplaybackengine.moc"
