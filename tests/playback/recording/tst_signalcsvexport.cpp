@@ -1,82 +1,125 @@
-#include "definitions/DashboardSignalParser.h"
-#include "playback/recording/RecordingReader.h"
 #include "playback/recording/SignalCsvExport.h"
+#include "support/Catalogue.h"
+#include "support/Recording.h"
 
 #include <QBuffer>
-#include <QTemporaryFile>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What is written and, if that is not all, why.
+template <typename Write, typename... What>
+QByteArray csvOf(Write write, const What&... what)
+{
+    QBuffer csv;
+    csv.open(QIODevice::WriteOnly);
+    const auto result = int(write(csv, what...));
+    return csv.data() + QByteArrayList{"", "cancelled", "failed", "endless"}[result];
+}
+
+/// 300,000 rows, sampled each second too.
+SignalRecording longRecording() { return recordingOf("0\n300000\n" + QByteArray("0\n").repeated(300'000)); }
+
+void addSampleRates()
+{
+    QTest::addColumn<double>("hz");
+    QTest::newRow("native") << 0.0;
+    QTest::newRow("sampled") << 1.0;
+}
+
+} // namespace
 
 // The exact rows, and that every export ends.
 class TestSignalCsvExport : public QObject
 {
     Q_OBJECT
 
-    QTemporaryFile m_file;
-
-    SignalRecording recordingOf(const QByteArray& lines)
-    {
-        const bool written = m_file.open() && m_file.resize(0) && m_file.write(lines) >= 0 && m_file.flush();
-        RecordingReader reader(m_file.fileName());
-        if (!written || !reader.open() || reader.readSlice(60'000))
-            qFatal("no recording");
-        return reader.takeRecording();
-    }
-    /// What is written and, if that is not all, why.
-    static QByteArray csvOf(const std::function<CsvResult(QIODevice& csv)>& write)
-    {
-        QBuffer csv;
-        csv.open(QIODevice::WriteOnly);
-        const auto result = int(write(csv));
-        return csv.data() + QByteArrayList{"", "cancelled", "failed", "endless"}[result];
-    }
+    const std::unique_ptr<DashboardSignalParser> m_catalogue =
+        catalogueOf("DASHBOARD_MAPPING(M, -40, 0.5)\nDASHBOARD_SIGNAL(A, \"T, °C\", M)\n"
+                    "DASHBOARD_STATE(G, R, \"Runs\")\nDASHBOARD_ERROR(E, 7, \"Hot\")\n");
 
 private Q_SLOTS:
-    void writesSignalsAndEvents()
+    void writesARowPerFrame()
     {
-        recordingOf("DASHBOARD_MAPPING(M, -40, 0.5)\nDASHBOARD_SIGNAL(A, \"T, °C\", M)\n"
-                    "DASHBOARD_STATE(G, R, \"Runs\")\nDASHBOARD_ERROR(E, 7, \"Hot\")");
-        DashboardSignalParser parser(m_file.fileName());
-        QVERIFY(parser.parse());
-        const auto frames = recordingOf("-1e-7 ERR=E ST_G=R ST_G=\"x\" A=0.33333333333333\n0.25 B=-0 ERR=X\n"
-                                        "0.125 RAW say \"hi\", ü\n0.2 A=1e15\n");
-        const auto raw = csvColumns({"A", "B"}, false, &parser);
-        const auto mapped = csvColumns({"A", "B"}, true, &parser);
-        QCOMPARE(csvOf([&](auto& csv) { return writeSignalsCsv(csv, frames, raw, 0.0, {}); }),
+        const SignalRecording recording =
+            recordingOf("-1e-7 A=0.33333333333333\n0.25 B=-0\n0.125\n0.2 A=1e15\n");
+        const auto columns = csvColumns({u"A"_s, u"B"_s}, false, m_catalogue.get());
+        QCOMPARE(csvOf(writeSignalsCsv, recording, columns, 0.0, KeepGoing()),
                  "time,A,B\n0.000000,0.333333333333,nan\n0.250000,0.333333333333,0\n"
                  "0.125000,0.333333333333,0\n0.200000,1e+15,0\n");
-        QCOMPARE(csvOf([&](auto& csv) { return writeSignalsCsv(csv, frames, mapped, 10.0, {}); }),
-                 "time,T, °C(mapped),B(mapped)\n0.000000,-39.8333333333,nan\n0.100000,-39.8333333333,nan\n"
-                 "0.200000,-39.8333333333,nan\n0.300000,5e+14,0\n");
-        QCOMPARE(csvOf([&](auto& csv) { return writeEventsCsv(csv, frames, &parser, {}); }),
-                 "time,type,key,value,display\n0.000000,STATE,\"G\",\"R\",\"Runs\"\n0.000000,STATE,\"G\","
-                 "\"\"\"x\"\"\",\"\"\"x\"\"\"\n0.000000,ERROR,\"E\",,\"Hot\"\n0.250000,ERROR,\"X\",,\"X\"\n"
-                 "0.125000,MESSAGE,,\"say \"\"hi\"\", ü\",\n");
     }
 
-    void endsWhateverTheTimesAre()
+    void holdsValuesUntilTheFirstSampleAfterTheLastFrame()
     {
-        const QByteArray timesAndRows =
-            "inf 5=time inf|nan 5 inf=time nan|1 -7 nan 2 0=time 1.000000 2.000000|0 100000001=endless|"
-            "0 inf=endless|-inf 1=endless|9007199254740990 9007199254740994=endless|-1e17 0=endless";
-        for (const QByteArray& row : timesAndRows.split('|')) {
-            const auto frames = recordingOf(row.split('=')[0].replace(' ', '\n'));
-            const auto csv = csvOf([&](auto& csv) { return writeSignalsCsv(csv, frames, {}, 1.0, {}); });
-            QCOMPARE(csv.simplified(), row.split('=')[1]);
-        }
+        const SignalRecording recording = recordingOf("0 A=1\n0.25 B=2\n0.05 A=3\n");
+        const auto columns = csvColumns({u"A"_s, u"B"_s}, false, nullptr);
+        QCOMPARE(csvOf(writeSignalsCsv, recording, columns, 10.0, KeepGoing()),
+                 "time,A,B\n0.000000,1,nan\n0.100000,1,nan\n0.200000,1,nan\n0.300000,3,2\n");
     }
 
-    void stopsWhenCancelledOrFull()
+    void mapsToPhysicalValues()
     {
-        QFile full("/dev/full");
+        const SignalRecording recording = recordingOf("0 A=10 B=1\n");
+        const auto columns = csvColumns({u"A"_s, u"B"_s}, true, m_catalogue.get());
+        QCOMPARE(csvOf(writeSignalsCsv, recording, columns, 0.0, KeepGoing()),
+                 "time,T, °C(mapped),B(mapped)\n0.000000,-35,1\n");
+    }
+
+    void writesEventsWithWhatTheyMean()
+    {
+        const SignalRecording recording =
+            recordingOf("0 ERR=E ST_G=R ST_G=X\n0.5 ERR=X\n0.25 RAW say \"hi\"\n");
+        QCOMPARE(csvOf(writeEventsCsv, recording, m_catalogue.get(), KeepGoing()),
+                 "time,type,key,value,display\n0.000000,STATE,\"G\",\"R\",\"Runs\"\n"
+                 "0.000000,STATE,\"G\",\"X\",\"X\"\n0.000000,ERROR,\"E\",,\"Hot\"\n"
+                 "0.500000,ERROR,\"X\",,\"X\"\n0.250000,MESSAGE,,\"say \"\"hi\"\"\",\n");
+    }
+
+    void samplesWhateverTheTimesAre_data()
+    {
+        QTest::addColumn<QByteArray>("times");
+        QTest::addColumn<QByteArray>("rows");
+        QTest::newRow("infinite first") << QByteArray("inf 5") << QByteArray("time inf");
+        QTest::newRow("no number first") << QByteArray("nan 5 inf") << QByteArray("time nan");
+        QTest::newRow("backwards") << QByteArray("1 -7 nan 2 0") << QByteArray("time 1.000000 2.000000");
+        QTest::newRow("too many") << QByteArray("0 100000001") << QByteArray("endless");
+        QTest::newRow("infinite last") << QByteArray("0 inf") << QByteArray("endless");
+        QTest::newRow("from minus infinity") << QByteArray("-inf 1") << QByteArray("endless");
+        QTest::newRow("a second is lost in it") << QByteArray("-1e17 0") << QByteArray("endless");
+        QTest::newRow("it gets lost on the way")
+            << QByteArray("9007199254740990 9007199254740994") << QByteArray("endless");
+    }
+
+    void samplesWhateverTheTimesAre()
+    {
+        QFETCH(QByteArray, times);
+        const SignalRecording recording = recordingOf(times.replace(' ', '\n'));
+        const QByteArray csv = csvOf(writeSignalsCsv, recording, std::vector<CsvColumn>(), 1.0, KeepGoing());
+        QTEST(csv.simplified(), "rows");
+    }
+
+    void stopsWhenCancelled_data() { addSampleRates(); }
+
+    void stopsWhenCancelled()
+    {
+        QFETCH(double, hz);
+        double last = 0.0; // of the progress
+        const KeepGoing half = [&](double done) { return (last = done) < 0.5; };
+        const auto csv = csvOf(writeSignalsCsv, longRecording(), std::vector<CsvColumn>(), hz, half);
+        QVERIFY(csv.endsWith("cancelled"));
+        QVERIFY2(last < 0.9, qPrintable(QString::number(last)));
+    }
+
+    void failsOnAFullDevice_data() { addSampleRates(); }
+
+    void failsOnAFullDevice()
+    {
+        QFETCH(double, hz);
+        QFile full(u"/dev/full"_s);
         QVERIFY(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        const auto frames = recordingOf("0\n300000\n" + QByteArray("0\n").repeated(300'000));
-        for (const double hz : {0.0, 1.0}) {
-            double last = 0.0; // of the progress
-            const KeepGoing half = [&](double done) { return done > last && (last = done) < 0.5; };
-            const auto csv = csvOf([&](auto& csv) { return writeSignalsCsv(csv, frames, {}, hz, half); });
-            QVERIFY(csv.endsWith("cancelled") && last >= 0.5 && last < 0.9);
-            QCOMPARE(writeSignalsCsv(full, frames, {}, hz, {}), CsvResult::WriteFailed);
-        }
+        QCOMPARE(writeSignalsCsv(full, longRecording(), {}, hz, {}), CsvResult::WriteFailed);
     }
 };
 
