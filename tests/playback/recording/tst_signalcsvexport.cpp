@@ -7,30 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// What is written and, if that is not all, why.
-template <typename Write, typename... What>
-QByteArray csvOf(Write write, const What&... what)
-{
-    QBuffer csv;
-    csv.open(QIODevice::WriteOnly);
-    const auto result = int(write(csv, what...));
-    return csv.data() + QByteArrayList{"", "cancelled", "failed", "endless"}[result];
-}
-
-/// 300,000 rows, sampled each second too.
-SignalRecording longRecording() { return recordingOf("0\n300000\n" + QByteArray("0\n").repeated(300'000)); }
-
-void addSampleRates()
-{
-    QTest::addColumn<double>("hz");
-    QTest::newRow("native") << 0.0;
-    QTest::newRow("sampled") << 1.0;
-}
-
-} // namespace
-
 // The exact rows, and that every export ends.
 class TestSignalCsvExport : public QObject
 {
@@ -40,41 +16,46 @@ class TestSignalCsvExport : public QObject
         catalogueOf("DASHBOARD_MAPPING(M, -40, 0.5)\nDASHBOARD_SIGNAL(A, \"T, °C\", M)\n"
                     "DASHBOARD_STATE(G, R, \"Runs\")\nDASHBOARD_ERROR(E, 7, \"Hot\")\n");
 
+    /// What is written of these signals and, if that is not all, why.
+    QByteArray signalsCsv(const QByteArray& lines, const QStringList& keys, double hz, bool mapped = false,
+                          const KeepGoing& keepGoing = {}) const
+    {
+        const auto columns = csvColumns(keys, mapped, m_catalogue.get());
+        QBuffer csv;
+        csv.open(QIODevice::WriteOnly);
+        const CsvResult result = writeSignalsCsv(csv, recordingOf(lines), columns, hz, keepGoing);
+        return csv.data() + QByteArrayList{"", "cancelled", "failed", "endless"}[int(result)];
+    }
+
 private Q_SLOTS:
     void writesARowPerFrame()
     {
-        const SignalRecording recording =
-            recordingOf("-1e-7 A=0.33333333333333\n0.25 B=-0\n0.125\n0.2 A=1e15\n");
-        const auto columns = csvColumns({u"A"_s, u"B"_s}, false, m_catalogue.get());
-        QCOMPARE(csvOf(writeSignalsCsv, recording, columns, 0.0, KeepGoing()),
+        QCOMPARE(signalsCsv("-1e-7 A=0.33333333333333\n0.25 B=-0\n0.125\n0.2 A=1e15\n", {u"A"_s, u"B"_s}, 0),
                  "time,A,B\n0.000000,0.333333333333,nan\n0.250000,0.333333333333,0\n"
                  "0.125000,0.333333333333,0\n0.200000,1e+15,0\n");
     }
 
     void holdsValuesUntilTheFirstSampleAfterTheLastFrame()
     {
-        const SignalRecording recording = recordingOf("0 A=1\n0.25 B=2\n0.05 A=3\n");
-        const auto columns = csvColumns({u"A"_s, u"B"_s}, false, nullptr);
-        QCOMPARE(csvOf(writeSignalsCsv, recording, columns, 10.0, KeepGoing()),
+        QCOMPARE(signalsCsv("0 A=1\n0.25 B=2\n0.05 A=3\n", {u"A"_s, u"B"_s}, 10),
                  "time,A,B\n0.000000,1,nan\n0.100000,1,nan\n0.200000,1,nan\n0.300000,3,2\n");
     }
 
     void mapsToPhysicalValues()
     {
-        const SignalRecording recording = recordingOf("0 A=10 B=1\n");
-        const auto columns = csvColumns({u"A"_s, u"B"_s}, true, m_catalogue.get());
-        QCOMPARE(csvOf(writeSignalsCsv, recording, columns, 0.0, KeepGoing()),
+        QCOMPARE(signalsCsv("0 A=10 B=1\n", {u"A"_s, u"B"_s}, 0, true),
                  "time,T, °C(mapped),B(mapped)\n0.000000,-35,1\n");
     }
 
     void writesEventsWithWhatTheyMean()
     {
-        const SignalRecording recording =
-            recordingOf("0 ERR=E ST_G=R ST_G=X\n0.5 ERR=X\n0.25 RAW say \"hi\"\n");
-        QCOMPARE(csvOf(writeEventsCsv, recording, m_catalogue.get(), KeepGoing()),
-                 "time,type,key,value,display\n0.000000,STATE,\"G\",\"R\",\"Runs\"\n"
-                 "0.000000,STATE,\"G\",\"X\",\"X\"\n0.000000,ERROR,\"E\",,\"Hot\"\n"
-                 "0.500000,ERROR,\"X\",,\"X\"\n0.250000,MESSAGE,,\"say \"\"hi\"\"\",\n");
+        QBuffer csv;
+        csv.open(QIODevice::WriteOnly);
+        writeEventsCsv(csv, recordingOf("0 ERR=E ST_G=R ST_G=X\n0.5 ERR=X\n0.25 RAW say \"hi\"\n"),
+                       m_catalogue.get(), {});
+        QCOMPARE(csv.data(), "time,type,key,value,display\n0.000000,STATE,\"G\",\"R\",\"Runs\"\n"
+                             "0.000000,STATE,\"G\",\"X\",\"X\"\n0.000000,ERROR,\"E\",,\"Hot\"\n"
+                             "0.500000,ERROR,\"X\",,\"X\"\n0.250000,MESSAGE,,\"say \"\"hi\"\"\",\n");
     }
 
     void samplesWhateverTheTimesAre_data()
@@ -86,7 +67,6 @@ private Q_SLOTS:
         QTest::newRow("backwards") << QByteArray("1 -7 nan 2 0") << QByteArray("time 1.000000 2.000000");
         QTest::newRow("too many") << QByteArray("0 100000001") << QByteArray("endless");
         QTest::newRow("infinite last") << QByteArray("0 inf") << QByteArray("endless");
-        QTest::newRow("from minus infinity") << QByteArray("-inf 1") << QByteArray("endless");
         QTest::newRow("a second is lost in it") << QByteArray("-1e17 0") << QByteArray("endless");
         QTest::newRow("it gets lost on the way")
             << QByteArray("9007199254740990 9007199254740994") << QByteArray("endless");
@@ -95,31 +75,24 @@ private Q_SLOTS:
     void samplesWhateverTheTimesAre()
     {
         QFETCH(QByteArray, times);
-        const SignalRecording recording = recordingOf(times.replace(' ', '\n'));
-        const QByteArray csv = csvOf(writeSignalsCsv, recording, std::vector<CsvColumn>(), 1.0, KeepGoing());
-        QTEST(csv.simplified(), "rows");
+        QTEST(signalsCsv(times.replace(' ', '\n'), {}, 1).simplified(), "rows");
     }
 
-    void stopsWhenCancelled_data() { addSampleRates(); }
+    void stopsWhenCancelled_data()
+    {
+        QTest::addColumn<double>("hz");
+        QTest::newRow("row per frame") << 0.0;
+        QTest::newRow("row per second") << 1.0;
+    }
 
     void stopsWhenCancelled()
     {
         QFETCH(double, hz);
+        const QByteArray lines = "0\n300000\n" + QByteArray("0\n").repeated(300'000);
         double last = 0.0; // of the progress
         const KeepGoing half = [&](double done) { return (last = done) < 0.5; };
-        const auto csv = csvOf(writeSignalsCsv, longRecording(), std::vector<CsvColumn>(), hz, half);
-        QVERIFY(csv.endsWith("cancelled"));
+        QVERIFY(signalsCsv(lines, {}, hz, false, half).endsWith("cancelled"));
         QVERIFY2(last < 0.9, qPrintable(QString::number(last)));
-    }
-
-    void failsOnAFullDevice_data() { addSampleRates(); }
-
-    void failsOnAFullDevice()
-    {
-        QFETCH(double, hz);
-        QFile full(u"/dev/full"_s);
-        QVERIFY(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        QCOMPARE(writeSignalsCsv(full, longRecording(), {}, hz, {}), CsvResult::WriteFailed);
     }
 };
 
