@@ -1,45 +1,37 @@
 #include "definitions/ActiveDefinitions.h"
 #include "playback/PlaybackController.h"
-#include "playback/recording/SignalPlaybackEngine.h"
-#include "support/Canvas.h"
 #include "support/ModalAnswer.h"
-#include "widgets/trend/TrendPlotWidget.h"
+#include "support/ReplayDesk.h"
 
 #include <QCheckBox>
 #include <QDir>
 #include <QDoubleSpinBox>
-#include <QFile>
-#include <QLabel>
+#include <QFileDialog>
 #include <QSignalSpy>
-#include <QSlider>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
+// With the recording that it has chosen.
 class TestPlaybackController : public QObject
 {
     Q_OBJECT
 
-    struct Rig
+    struct Rig : ReplayDesk
     {
-        Canvas canvas;
-        TrendPlotWidget* plot = dynamic_cast<TrendPlotWidget*>(canvas.add("TrendPlot", {})->widget());
-        QTemporaryDir dir;
-        QSlider slider{Qt::Horizontal};
-        QLabel file, time;
+        QLabel file;
         QDoubleSpinBox speed;
         QCheckBox own;
         ActiveDefinitions definitions;
-        SignalPlaybackEngine engine;
         PlaybackController control{
             &engine, &canvas.scene, &definitions, {&slider, &file, &time, &speed, &own}, {}};
+        const QSignalSpy messages{&control, &PlaybackController::statusMessage};
+        ModalAnswer answer;
         bool playing = false;
 
         Rig()
         {
-            slider.setRange(0, SignalPlaybackEngine::kPositionSteps);
-            slider.resize(400, 30);
-            connect(&control, &PlaybackController::playRequested, &control, [this] { play(); });
+            speed.setValue(1.0);
+            QObject::connect(&control, &PlaybackController::playRequested, &control, [this] { play(); });
         }
         // What the window does when it changes its mode.
         void play()
@@ -56,155 +48,257 @@ class TestPlaybackController : public QObject
             playing = false;
             control.setMode(PlaybackController::Mode::Paused);
         }
-        QString write(const QString& name, const QByteArray& bytes) const
+        void duringALoad(const std::function<void()>& what)
         {
-            QFile out(dir.filePath(name));
-            return out.open(QIODevice::WriteOnly) && out.write(bytes) > 0 ? out.fileName() : QString();
+            QObject::connect(&engine, &SignalPlaybackEngine::loadProgressed, &engine, what,
+                             Qt::SingleShotConnection);
         }
+        /// In which a step of the slider is a second.
+        QString recording() const { return write(u"a.rec"_s, "0 A=1\n1000 A=2\n"); }
     };
 
 private Q_SLOTS:
-    void everyWayToMoveTheSliderSeeks()
+    // --- Playing ---
+
+    void sliderResumesTheReplayOnlyWhilePlaying()
     {
         Rig rig;
-        rig.plot->assignSignals({u"A"_s});
-        rig.plot->loadConfig({{u"timeWindowMs"_s, 4000}});
-        // A step of the slider is a second.
-        rig.control.startPlayback(rig.write(u"a.rec"_s, "0 A=1\n495 A=2\n497 A=3\n1000 A=4\n"));
-        const QDeadlineTimer early(290);
-        QTest::mousePress(&rig.slider, Qt::MiddleButton, {}, {100, 15}); // grabs the handle in the groove
-        QVERIFY(!rig.engine.isPlaying() && rig.slider.value() > 200 && rig.slider.value() < 300);
-        const QSignalSpy seeks(&rig.engine, &SignalPlaybackEngine::messageReset);
-        QTRY_VERIFY((QTest::mouseMove(&rig.slider, {350, 15}), seeks.size() >= 3)); // one per 100 ms
-        QVERIFY(early.hasExpired());
-        QTest::mouseRelease(&rig.slider, Qt::MiddleButton, {}, {350, 15});
-        const int dropped = rig.slider.value();
-        QVERIFY(dropped > 800 && rig.plot->currentNowMs() == dropped * 1000 && rig.engine.isPlaying());
-        QTest::keyClick(&rig.slider, Qt::Key_Left);
-        QVERIFY(rig.plot->currentNowMs() == (dropped - 1) * 1000 && rig.engine.isPlaying());
-        rig.pause(); // after which nothing resumes
-        QTest::keyClick(&rig.slider, Qt::Key_Home);
-        QVERIFY(rig.plot->currentNowMs() == 0 && !rig.engine.isPlaying());
-
-        rig.plot->addSample(u"A"_s, 9.0, 900'000, false);
-        rig.slider.setValue(499);
-        const QSignalSpy history(&rig.engine, &SignalPlaybackEngine::signalValuesUpdatedAt);
+        rig.control.startPlayback(rig.recording());
         QTest::keyClick(&rig.slider, Qt::Key_Right);
-        // What the plot's window shows comes back, and what was to come is gone.
-        QVERIFY(history.size() == 1 && history[0][0] == 497.0 && rig.plot->series(u"A"_s)->isEmpty());
-        rig.canvas.view.grab();
-        for (int pass = 0; pass < 5; ++pass) // until all changes so far have gone through the canvas
-            QCoreApplication::processEvents();
-        const QSignalSpy repaints(&rig.canvas.scene, &QGraphicsScene::changed);
-        rig.plot->setValueForSignalAt(u"A"_s, 1.0, 500.0);
-        QTRY_VERIFY(!repaints.isEmpty());
-        rig.play();
-        QVERIFY(rig.plot->currentNowMs() > 1e12); // on the clock again
+        QVERIFY(rig.engine.isPlaying());
+        rig.pause();
+        QTest::keyClick(&rig.slider, Qt::Key_Home);
+        QVERIFY(!rig.engine.isPlaying());
     }
+
+    void playGoesOnWhereItWasPaused()
+    {
+        Rig rig;
+        rig.speed.setValue(2);
+        rig.control.startPlayback(rig.recording());
+        rig.engine.advance(1000);
+        rig.pause();
+        rig.play();
+        QCOMPARE(rig.engine.playTime(), 2.0);
+    }
+
+    void playBeginsAnewAtTheEnd()
+    {
+        Rig rig;
+        rig.control.showRecorded(rig.recording());
+        QTest::keyClick(&rig.slider, Qt::Key_End);
+        rig.play();
+        QCOMPARE(rig.engine.playTime(), 0.0);
+        QCOMPARE(rig.time.text(), u"0.000"_s);
+        QVERIFY(rig.plotIsLive());
+    }
+
+    void anotherRecordingBeginsAtItsStart()
+    {
+        Rig rig;
+        rig.control.startPlayback(rig.recording());
+        rig.engine.advance(1000);
+        rig.engine.stopPlayback(); // in Play still, as when Record is refused
+        rig.control.startPlayback(rig.write(u"b.rec"_s, "0 A=1\ninf A=2\n"));
+        QVERIFY(rig.engine.isPlaying());
+        QCOMPARE(rig.engine.playTime(), 0.0);
+    }
+
+    void idleRewinds()
+    {
+        Rig rig;
+        rig.control.startPlayback(rig.recording());
+        rig.engine.advance(1900);
+        rig.pause();
+        rig.control.enterIdle();
+        QCOMPARE(rig.slider.value(), 0);
+        QCOMPARE(rig.engine.playTime(), 0.0);
+    }
+
+    // --- Loading ---
 
     void loadTakesTheHeldSliderAndResumesNothing()
     {
         Rig rig;
-        rig.plot->assignSignals({u"A"_s});
-        const QString path = rig.write(u"a.rec"_s, "0 A=1\n1000 A=2\n");
+        const QString path = rig.recording();
         rig.control.startPlayback(path);
         rig.slider.setSliderDown(true);
         rig.slider.setSliderPosition(300);
-        const QSignalSpy starts(&rig.engine, &SignalPlaybackEngine::playbackTimeAdvanced);
         rig.control.showRecorded(path);
         QVERIFY(!rig.slider.isSliderDown());
         QCOMPARE(rig.plot->currentNowMs(), 300'000);
-        QVERIFY(starts.isEmpty() && !rig.engine.isPlaying());
+        QVERIFY(!rig.engine.isPlaying());
     }
 
-    void startsOnceAndAnewAtTheEndOrWithAnotherFile()
+    void loadShowsTheTimeInTheNewRecording()
     {
         Rig rig;
-        const QString path = rig.write(u"a.rec"_s, "0 A=1\n1000 A=2\n");
-        const QSignalSpy starts(&rig.engine, &SignalPlaybackEngine::playbackTimeAdvanced);
-        rig.speed.setValue(2);
-        rig.control.startPlayback(path);
-        rig.engine.advance(1000);
-        rig.pause();
-        rig.control.startPlayback(path); // goes on
-        rig.pause();
-        rig.slider.setValue(1000);
-        rig.control.startPlayback(path);
-        rig.engine.advance(1000);
-        rig.engine.stopPlayback(); // in Play still, as when Record is refused
-        rig.control.startPlayback(rig.write(u"b.rec"_s, "0 A=1\ninf A=2\n"));
-        QCOMPARE(starts, (QList<QVariantList>{{0.0}, {2.0}, {2.0}, {0.0}, {2.0}, {0.0}}));
-        QCOMPARE(rig.time.text(), u"0.000"_s);
+        rig.control.showRecorded(rig.recording());
+        rig.slider.setValue(500);
+        rig.write(u"a.rec"_s, "0 A=1\n2000 A=200\n");
+        rig.play();
+        QCOMPARE(rig.time.text(), u"1000.000"_s);
     }
 
-    void lastWrittenRecordingIsTheOneThatGetsLoaded()
+    void lastChosenRecordingIsTheOneThatGetsLoaded()
     {
         Rig rig;
-        const QString other = rig.write(u"a.rec"_s, "5 A=1\n"), last = rig.write(u"b.rec"_s, "7 A=1\n");
-        const auto chooseMeanwhile = [&] {
+        const QString first = rig.recording();
+        const QString last = rig.write(u"b.rec"_s, "7 A=1\n");
+        rig.duringALoad([&] {
             rig.control.showRecorded(last);
-            rig.control.startPlayback(other); // the user has to wait
-        };
-        connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, this, chooseMeanwhile,
-                Qt::SingleShotConnection);
-        rig.control.showRecorded(other);
+            rig.control.startPlayback(first); // the user has to wait
+        });
+        rig.control.showRecorded(first);
         QCOMPARE(rig.control.playbackFile(), last);
         QCOMPARE(rig.engine.getMaxTimestamp(), 7.0);
     }
 
+    void cancelledLoadLeadsBackToIdleWithoutABox()
+    {
+        Rig rig;
+        rig.control.showRecorded(rig.dir.filePath(u"a.rec"_s)); // which is not there yet
+        rig.recording();
+        const QSignalSpy idle(&rig.control, &PlaybackController::idleRequested);
+        rig.duringALoad([&] { rig.engine.cancelLoading(); });
+        rig.play();
+        QCOMPARE(idle.size(), 1);
+        QVERIFY(!rig.engine.isPlaying());
+        QVERIFY(!rig.slider.isEnabled());
+        QCOMPARE(rig.answer.titles(), QStringList());
+    }
+
+    // --- Live lines ---
+
     void liveLineDuringALoadLeavesTheReplaysPicture()
     {
         Rig rig;
-        rig.control.showRecorded(rig.write(u"a.rec"_s, "0 A=1\n100 A=2\n"));
+        rig.control.showRecorded(rig.recording());
         QTest::keyClick(&rig.slider, Qt::Key_End);
         rig.write(u"a.rec"_s, "0 A=1\n100 A=3\n200 A=4\n"); // another file, so that Play loads it
         qint64 nowMs = -1;
-        connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, this, [&] {
+        rig.duringALoad([&] {
             rig.control.onLiveLine();
             nowMs = rig.plot->currentNowMs();
         });
         rig.play();
-        QCOMPARE(nowMs, 100'000);
+        QCOMPARE(nowMs, 1'000'000);
+    }
+
+    void liveLineWaitsForTheHeldSlider()
+    {
+        Rig rig;
+        rig.control.showRecorded(rig.recording());
+        rig.slider.setSliderDown(true);
+        rig.control.onLiveLine();
+        QVERIFY(!rig.plotIsLive());
+        rig.slider.setSliderDown(false);
+        rig.control.onLiveLine();
+        QVERIFY(rig.plotIsLive());
+    }
+
+    // --- The chosen recording ---
+
+    void dialogBeginsInTheProjectsRecordings()
+    {
+        Rig rig;
+        QVERIFY(QDir(rig.dir.path()).mkdir(u"recordings"_s));
+        rig.control.setProjectFolder(rig.dir.path());
+        rig.plot->loadConfig({{u"markers"_s, QJsonArray{QJsonObject()}}});
+        QString folder;
+        rig.answer.then([&](QDialog* dialog) {
+            folder = qobject_cast<QFileDialog*>(dialog)->directory().path();
+            dialog->reject();
+        });
+        rig.control.selectPlaybackFile();
+        QCOMPARE(rig.answer.titles(), QStringList(u"Open Recording"_s));
+        QCOMPARE(folder, rig.dir.filePath(u"recordings"_s));
+        QVERIFY(rig.plot->markers().isEmpty()); // even without a choice
+    }
+
+    void showsTheFileWithItsPathAsToolTip()
+    {
+        Rig rig;
+        const QString path = rig.write(u"<b>.rec"_s, "0 A=1\n");
+        rig.answer.chooseFile(path);
+        rig.control.selectPlaybackFile();
+        QCOMPARE(rig.file.text(), u"<b>.rec"_s);
+        QCOMPARE(rig.file.toolTip(), u"<p>%1</p>"_s.arg(path.toHtmlEscaped()));
+    }
+
+    void warnsOfAFileThatCannotBeLoaded()
+    {
+        Rig rig;
+        rig.answer.press(QMessageBox::Ok);
+        rig.control.startPlayback(rig.dir.filePath(u"missing.rec"_s));
+        QCOMPARE(rig.answer.titles(), QStringList(u"Error"_s));
+        QCOMPARE(rig.answer.texts(), QStringList(u"Failed to load playback file"_s));
+        QVERIFY(!rig.playing);
+    }
+
+    void warnsThatThereIsNoFileToPlay()
+    {
+        Rig rig;
+        rig.answer.press(QMessageBox::Ok);
+        rig.play();
+        QCOMPARE(rig.answer.titles(), QStringList(u"No File"_s));
+        QCOMPARE(rig.answer.texts(), QStringList(u"No playback file selected."_s));
+    }
+
+    void saysThatThereIsNothingToExport()
+    {
+        Rig rig;
+        rig.answer.press(QMessageBox::Ok);
+        QVERIFY(!rig.control.recordingToExport(u"Export CSV"_s));
+        QCOMPARE(rig.answer.titles(), QStringList(u"Export CSV"_s));
+        QCOMPARE(rig.answer.texts(), QStringList(u"No playback data loaded."_s));
+    }
+
+    // --- Its definitions ---
+
+    void saysWhichDefinitionsAreUsed_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QVariantList>("message");
+        QTest::addColumn<int>("clearedGroups");
+        QTest::newRow("it has none")
+            << u"a.rec"_s
+            << QVariantList{u"No recording definitions found; using current definitions."_s, 5000} << 0;
+        QTest::newRow("they cannot be read")
+            << u"b.rec"_s
+            << QVariantList{u"Failed to parse recording definitions; using current definitions."_s, 5000}
+            << 0;
+        QTest::newRow("its own") << u"c.rec"_s
+                                 << QVariantList{u"Using recording’s signal definitions."_s, 4000} << 1;
     }
 
     void saysWhichDefinitionsAreUsed()
     {
+        QFETCH(QString, file);
         Rig rig;
-        const QString plain = rig.write(u"a.rec"_s, "0 A=1\n");
-        rig.control.showRecorded(plain);
-        const QSignalSpy messages(&rig.control, &PlaybackController::statusMessage);
-        rig.own.setChecked(true); // the recording has none
-        QDir(rig.dir.path()).mkdir(u"c.signals.h"_s);
-        rig.control.showRecorded(rig.write(u"c.rec"_s, "0 A=1\n"));
-        rig.write(u"d.signals.h"_s, "DASHBOARD_STATE_GROUP(G, \"g\")\n");
-        rig.control.showRecorded(rig.write(u"d.rec"_s, "0 A=1\n"));
-        QVERIFY(messages.size() == 3 && messages[1][0].toString().startsWith("Failed to parse"_L1));
+        QVERIFY(QDir(rig.dir.path()).mkdir(u"b.signals.h"_s));
+        rig.write(u"c.signals.h"_s, "DASHBOARD_STATE_GROUP(G, \"g\")\n");
+        rig.own.setChecked(true);
+        rig.control.showRecorded(rig.write(file, "0 A=1\n"));
+        QCOMPARE(rig.messages.size(), 1);
+        QTEST(rig.messages[0], "message");
         const QSignalSpy states(&rig.engine, &SignalPlaybackEngine::stateEvent);
         rig.engine.seekToTimestamp(5);
-        QCOMPARE(states.size(), 1); // the group that has no state is cleared
-        rig.control.showRecorded(plain);
-        QVERIFY(!rig.definitions.active()); // not another recording's
+        QTEST(int(states.size()), "clearedGroups");
     }
 
-    void tellsOfTroubleButNotOfACancel()
+    void boxChangesTheDefinitionsAtOnce()
     {
         Rig rig;
-        ModalAnswer answer;
-        answer.reject().press(QMessageBox::Ok);
-        rig.plot->loadConfig({{u"markers"_s, QJsonArray{QJsonObject()}}});
-        rig.control.selectPlaybackFile();
-        QVERIFY(rig.plot->markers().isEmpty());
-        rig.control.showRecorded(rig.dir.filePath(u"b.rec"_s)); // which is not there
-        rig.play();
-        QTRY_VERIFY(!rig.engine.isPlaying()); // finished at once
-        rig.pause();
-        rig.write(u"b.rec"_s, QByteArray("1 A=1\n").repeated(500'000));
-        const QSignalSpy idle(&rig.control, &PlaybackController::idleRequested);
-        connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, &rig.engine,
-                &SignalPlaybackEngine::cancelLoading);
-        rig.play();
-        QVERIFY(idle.size() == 1 && !rig.engine.isPlaying() && !rig.slider.isEnabled());
-        QCOMPARE(answer.titles(), QStringList({u"Open Recording"_s, u"Error"_s}));
+        const QSignalSpy reapplied(&rig.control, &PlaybackController::reapplyRequested);
+        rig.write(u"a.signals.h"_s, "\n");
+        rig.control.showRecorded(rig.recording());
+        QVERIFY(!rig.definitions.active());
+        rig.own.setChecked(true);
+        QVERIFY(rig.definitions.active());
+        QCOMPARE(reapplied.size(), 2);
+        rig.own.setChecked(false);
+        QVERIFY(!rig.definitions.active());
     }
 };
 

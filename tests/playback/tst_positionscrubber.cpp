@@ -1,13 +1,7 @@
 #include "playback/PositionScrubber.h"
-#include "playback/recording/SignalPlaybackEngine.h"
-#include "support/Canvas.h"
-#include "widgets/trend/TrendPlotWidget.h"
+#include "support/ReplayDesk.h"
 
-#include <QFile>
-#include <QLabel>
 #include <QSignalSpy>
-#include <QSlider>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -15,35 +9,92 @@ class TestPositionScrubber : public QObject
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void letGoSeeksOnceButIsNoRelease()
+    // A step of the slider is a second of the recording.
+    struct Rig : ReplayDesk
     {
-        const QTemporaryDir dir;
-        QFile file(dir.filePath(u"a.rec"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("0 A=1\n1000 A=2\n") > 0);
-        file.close();
-        Canvas canvas;
-        auto* plot = dynamic_cast<TrendPlotWidget*>(canvas.add("TrendPlot", {})->widget());
-        SignalPlaybackEngine engine;
-        QVERIFY(engine.loadFromFile(file.fileName()));
-        QSlider slider(Qt::Horizontal);
-        slider.setRange(0, SignalPlaybackEngine::kPositionSteps);
-        QLabel time;
-        PositionScrubber scrubber(&engine, &canvas.scene, &slider, &time);
-        const QSignalSpy released(&scrubber, &PositionScrubber::released);
-        const QSignalSpy seeks(&engine, &SignalPlaybackEngine::messageReset);
+        PositionScrubber scrubber{&engine, &canvas.scene, &slider, &time};
+        const QSignalSpy released{&scrubber, &PositionScrubber::released};
+        const QSignalSpy seeks{&engine, &SignalPlaybackEngine::messageReset};
 
-        scrubber.letGo(); // of nothing
-        slider.setSliderDown(true);
-        slider.setSliderPosition(300);
-        scrubber.letGo();
-        QCOMPARE(seeks.size(), 1);
-        QCOMPARE(plot->currentNowMs(), 300'000);
-        QVERIFY(!slider.isSliderDown() && !scrubber.isScrubbing() && released.isEmpty());
+        Rig()
+        {
+            if (!engine.loadFromFile(write(u"a.rec"_s, "0 A=1\n495 A=2\n497 A=3\n1000 A=4\n")))
+                qFatal("no recording");
+        }
+        void press(int x)
+        {
+            QTest::mousePress(&slider, Qt::MiddleButton, {}, {x, 15});
+        } // where the handle goes
+        void move(int x) { QTest::mouseMove(&slider, {x, 15}); }
+        void release(int x) { QTest::mouseRelease(&slider, Qt::MiddleButton, {}, {x, 15}); }
+    };
 
-        slider.setSliderDown(true);
-        slider.setSliderDown(false); // the user's own
-        QCOMPARE(released.size(), 1);
+private Q_SLOTS:
+    void heldHandleIsFollowedNowAndThen()
+    {
+        Rig rig;
+        rig.engine.startPlayback();
+        rig.press(100);
+        QVERIFY(!rig.engine.isPlaying());
+        const auto before = rig.seeks.size();
+        rig.move(300);
+        rig.move(350);
+        QCOMPARE(rig.seeks.size(), before);
+        QTRY_COMPARE(rig.seeks.size(), before + 1);
+        QVERIFY(rig.slider.value() > 800);
+        QCOMPARE(rig.plot->currentNowMs(), rig.slider.value() * 1000);
+        QTRY_VERIFY(rig.seeks.size() > before + 1); // and on, until it is released
+    }
+
+    void releaseJumpsWhereTheHandleIs()
+    {
+        Rig rig;
+        rig.press(100);
+        rig.move(350);
+        const auto before = rig.released.size();
+        rig.release(350);
+        QCOMPARE(rig.plot->currentNowMs(), rig.slider.value() * 1000);
+        QVERIFY(!rig.scrubber.isScrubbing());
+        QCOMPARE(rig.released.size(), before + 1);
+    }
+
+    void letGoJumpsWhereTheHandleIsButIsNoRelease()
+    {
+        Rig rig;
+        rig.scrubber.letGo(); // of nothing
+        rig.slider.setSliderDown(true);
+        rig.slider.setSliderPosition(300);
+        rig.scrubber.letGo();
+        QCOMPARE(rig.seeks.size(), 1);
+        QCOMPARE(rig.plot->currentNowMs(), 300'000);
+        QVERIFY(!rig.slider.isSliderDown());
+        QCOMPARE(rig.released.size(), 0);
+    }
+
+    void keyJumpsAndBringsBackWhatThePlotShows()
+    {
+        Rig rig;
+        rig.plot->addSample(u"A"_s, 9.0, 900'000, false); // to come, and so gone
+        rig.slider.setValue(499);
+        const QSignalSpy history(&rig.engine, &SignalPlaybackEngine::signalValuesUpdatedAt);
+        QTest::keyClick(&rig.slider, Qt::Key_Right);
+        QCOMPARE(rig.plot->currentNowMs(), 500'000);
+        QCOMPARE(rig.released.size(), 1);
+        QCOMPARE(history.size(), 1);
+        QCOMPARE(history[0][0], 497.0);
+        QVERIFY(rig.plot->series(u"A"_s)->isEmpty());
+    }
+
+    void plotsRepaintAfterAJump()
+    {
+        Rig rig;
+        QTest::keyClick(&rig.slider, Qt::Key_Right);
+        rig.canvas.view.grab();
+        for (int pass = 0; pass < 5; ++pass) // until all changes so far have gone through the canvas
+            QCoreApplication::processEvents();
+        const QSignalSpy repaints(&rig.canvas.scene, &QGraphicsScene::changed);
+        rig.plot->setValueForSignalAt(u"A"_s, 1.0, 0.5);
+        QTRY_VERIFY(!repaints.isEmpty());
     }
 };
 
