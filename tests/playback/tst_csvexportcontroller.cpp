@@ -1,15 +1,17 @@
 #include "definitions/ActiveDefinitions.h"
 #include "playback/CsvExportController.h"
-#include "playback/recording/SignalRecording.h"
+#include "support/Catalogue.h"
 #include "support/ModalAnswer.h"
+#include "support/Recording.h"
 #include "support/SmallDisk.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QDoubleSpinBox>
-#include <QFile>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QTemporaryDir>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -19,57 +21,159 @@ using namespace Qt::StringLiterals;
 class TestCsvExportController : public QObject
 {
     Q_OBJECT
-    ActiveDefinitions definitions;
-    CsvExportController controller{&definitions, nullptr};
-    QString lastText;
 
-    /// Exports all signals of two frames at 1000 Hz; what the file holds afterwards that was there before.
-    QByteArray exported(const QTemporaryDir& dir, const QString& name, double seconds)
+    struct Rig
     {
-        auto recording = std::make_shared<SignalRecording>();
-        recording->addFrame(0);
-        recording->addValue(u"B", 1);
-        recording->addFrame(seconds);
-        recording->addValue(u"A", 2);
-        QFile old(dir.filePath(u"old.csv"_s));
-        if (!old.open(QIODevice::WriteOnly) || old.write("precious") != 8 || !old.flush())
-            qFatal("no file");
+        const QTemporaryDir dir;
+        ActiveDefinitions definitions;
+        CsvExportController controller{&definitions, nullptr};
+        const QSignalSpy messages{&controller, &CsvExportController::statusMessage};
         ModalAnswer answer;
-        answer.then([](QDialog* dialog) {
-            dialog->findChild<QListWidget*>()->selectAll();
-            dialog->findChild<QDoubleSpinBox*>()->setValue(1000.0);
-            dialog->accept();
-        });
-        answer.then([path = dir.filePath(name)](QDialog* dialog) {
-            dialog->findChild<QLineEdit*>()->setText(path);
-            QMetaObject::invokeMethod(dialog, &QDialog::accept,
-                                      Qt::QueuedConnection); // asks before it closes
-        });
-        answer.press(QMessageBox::Yes).reject(); // the progress or a box
-        controller.exportSignals(recording);
-        lastText = answer.texts().last();
-        QFile now(old.fileName());
-        return now.open(QIODevice::ReadOnly) && QDir(dir.path()).count() <= 4 ? now.readAll() : "not alone";
-    }
+
+        Rig() { controller.setExportFolder(folder()); }
+        QString folder() const { return dir.filePath(u"exports"_s); } // which is not there yet
+
+        /// Answers the first dialog: the first signal, in physical units.
+        void chooseSignal(double hz = 0.0)
+        {
+            answer.then([hz](QDialog* dialog) {
+                dialog->findChild<QListWidget*>()->setCurrentRow(0);
+                dialog->findChild<QDoubleSpinBox*>()->setValue(hz);
+                dialog->findChild<QCheckBox*>()->setChecked(true);
+                dialog->accept();
+            });
+        }
+        /// Answers the save dialog, which asks before it closes when there is such a file.
+        void chooseFile(const QString& path)
+        {
+            answer.then([path](QDialog* dialog) {
+                dialog->findChild<QLineEdit*>()->setText(path);
+                QMetaObject::invokeMethod(dialog, &QDialog::accept, Qt::QueuedConnection);
+            });
+            if (QFile::exists(path))
+                answer.press(QMessageBox::Yes);
+        }
+        static std::shared_ptr<SignalRecording> recording(const QByteArray& lines)
+        {
+            return std::make_shared<SignalRecording>(recordingOf(lines));
+        }
+        /// What the file holds after an export to where it is proposed.
+        QByteArray signalsCsv(const QByteArray& lines)
+        {
+            chooseSignal();
+            answer.accept();
+            controller.exportSignals(recording(lines));
+            return readFile(folder() + u"/signals.csv"_s);
+        }
+        QByteArray eventsCsv(const QByteArray& lines)
+        {
+            answer.accept();
+            controller.exportEvents(recording(lines));
+            return readFile(folder() + u"/events.csv"_s);
+        }
+    };
 
 private Q_SLOTS:
-    void writesAWholeFileOrLeavesTheOldOne()
+    void offersTheSignalsInOrder()
     {
-        const QTemporaryDir dir, disk, project;
-        controller.setExportFolder(project.filePath(u"exports"_s));
-        QCOMPARE(exported(dir, u"old.csv"_s, 99'000.0), "precious"); // cancelled
-        QVERIFY(QDir(project.filePath(u"exports"_s)).exists());
-        QCOMPARE(exported(dir, u"old.csv"_s, 1e17), "precious");
-        QVERIFY(lastText.contains(u"1000 Hz"_s));
-        QCOMPARE(::mkfifo(qPrintable(dir.filePath(u"pipe.csv"_s)), 0600), 0);
-        QCOMPARE(exported(dir, u"pipe.csv"_s, 1.0), "precious");
-        QCOMPARE(lastText, u"Could not open file for writing."_s);
-        QCOMPARE(exported(dir, u"old.csv"_s, 0.001), "time,A,B\n0.000000,nan,1\n0.001000,2,1\n");
-        const SmallDisk small(disk.path());
-        if (!small.isMounted())
+        Rig rig;
+        QStringList offered;
+        rig.answer.then([&](QDialog* dialog) {
+            const auto* list = dialog->findChild<QListWidget*>();
+            for (int row = 0; row < list->count(); ++row)
+                offered << list->item(row)->text();
+            dialog->reject();
+        });
+        rig.controller.exportSignals(rig.recording("0 b=1 C=1 A=1 a=1\n1 B=1\n"));
+        QCOMPARE(rig.answer.titles(), QStringList(u"Export CSV"_s));
+        QCOMPARE(offered, QStringList({u"A"_s, u"B"_s, u"C"_s, u"a"_s, u"b"_s}));
+    }
+
+    void warnsWhenNothingIsSelected()
+    {
+        Rig rig;
+        rig.answer.accept().press(QMessageBox::Ok);
+        rig.controller.exportSignals(rig.recording("0 A=1\n"));
+        QCOMPARE(rig.answer.titles(), QStringList({u"Export CSV"_s, u"Export CSV"_s}));
+        QCOMPARE(rig.answer.texts().last(), u"No signals selected."_s);
+    }
+
+    void saysThatSignalsAreExported()
+    {
+        Rig rig;
+        rig.signalsCsv("0 A=1\n");
+        QCOMPARE(rig.messages.size(), 1);
+        QCOMPARE(rig.messages[0], QVariantList({u"CSV exported → signals.csv"_s, 4000}));
+    }
+
+    void saysThatEventsAreExported()
+    {
+        Rig rig;
+        rig.eventsCsv("0 A=1\n");
+        QCOMPARE(rig.answer.titles(), QStringList(u"Export CSV"_s));
+        QCOMPARE(rig.messages.size(), 1);
+        QCOMPARE(rig.messages[0], QVariantList({u"Events CSV exported → events.csv"_s, 4000}));
+    }
+
+    void writesSignalsWithTheRecordingsOwnDefinitions()
+    {
+        Rig rig;
+        rig.definitions.setProject(catalogueOf("DASHBOARD_SIGNAL(A, \"Project's\", M)\n"));
+        rig.definitions.setRecording(catalogueOf("DASHBOARD_SIGNAL(A, \"Own\", M)\n"));
+        QCOMPARE(rig.signalsCsv("0 A=1 B=2\n"), "time,Own(mapped)\n0.000000,1\n");
+    }
+
+    void writesEventsWithTheRecordingsOwnDefinitions()
+    {
+        Rig rig;
+        rig.definitions.setProject(catalogueOf("DASHBOARD_ERROR(E, 1, \"Project's\")\n"));
+        rig.definitions.setRecording(catalogueOf("DASHBOARD_ERROR(E, 1, \"Own\")\n"));
+        QCOMPARE(rig.eventsCsv("0 ERR=E\n"), "time,type,key,value,display\n0.000000,ERROR,\"E\",,\"Own\"\n");
+    }
+
+    void leavesTheOldFileWhenItCannotExport_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("last");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("cancelled") << u"old.csv"_s << QByteArray("99000") << QString();
+        QTest::newRow("endless") << u"old.csv"_s << QByteArray("1e17")
+                                 << u"The recording's times cannot be sampled at 1000 Hz: "
+                                    "it would take more than 100,000,000 rows."_s;
+        QTest::newRow("pipe") << u"pipe.csv"_s << QByteArray("1") << u"Could not open file for writing."_s;
+    }
+
+    void leavesTheOldFileWhenItCannotExport()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, last);
+        Rig rig;
+        const QString old = writeFile(rig.dir.filePath(u"old.csv"_s), "precious");
+        QCOMPARE(::mkfifo(qPrintable(rig.dir.filePath(u"pipe.csv"_s)), 0600), 0);
+        rig.chooseSignal(1000.0);
+        rig.chooseFile(rig.dir.filePath(file));
+        rig.answer.reject(); // the progress or a box
+        rig.controller.exportSignals(rig.recording("0 A=1\n" + last + " A=2\n"));
+        QTEST(rig.answer.texts().last(), "text");
+        QCOMPARE(rig.answer.titles().last(), u"Export CSV"_s);
+        QCOMPARE(readFile(old), "precious");
+        QCOMPARE(QDir(rig.dir.path()).entryList(QDir::Files), QStringList(u"old.csv"_s)); // nothing half
+        QCOMPARE(rig.messages.size(), 0);
+    }
+
+    void saysThatTheDiskIsFull()
+    {
+        Rig rig;
+        const SmallDisk disk(rig.folder());
+        if (!disk.isMounted())
             QSKIP("mounting a small disk is not permitted here");
-        QCOMPARE(exported(disk, u"old.csv"_s, 99.0), "precious");
-        QCOMPARE(lastText, u"Could not write the file: %1"_s.arg(qt_error_string(ENOSPC)));
+        const QString old = writeFile(rig.folder() + u"/old.csv"_s, "precious");
+        rig.chooseSignal(1000.0);
+        rig.chooseFile(old);
+        rig.answer.press(QMessageBox::Ok);
+        rig.controller.exportSignals(rig.recording("0 A=1\n99 A=2\n"));
+        QCOMPARE(rig.answer.texts().last(), u"Could not write the file: "_s + qt_error_string(ENOSPC));
+        QCOMPARE(readFile(old), "precious");
     }
 };
 
