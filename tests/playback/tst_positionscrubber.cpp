@@ -40,10 +40,11 @@ private Q_SLOTS:
         rig.move(300);
         rig.move(350);
         QCOMPARE(rig.seeks.size(), before);
-        QTRY_COMPARE(rig.seeks.size(), before + 1);
+        QTRY_VERIFY(rig.seeks.size() > before);
         QVERIFY(rig.slider.value() > 800);
         QCOMPARE(rig.plot->currentNowMs(), rig.slider.value() * 1000);
-        QTRY_VERIFY(rig.seeks.size() > before + 1); // and on, until it is released
+        const auto first = rig.seeks.size();
+        QTRY_VERIFY(rig.seeks.size() > first); // and on, until it is released
     }
 
     void releaseJumpsWhereTheHandleIs()
