@@ -78,20 +78,12 @@ private Q_SLOTS:
         QTEST(signalsCsv(times.replace(' ', '\n'), {}, 1).simplified(), "rows");
     }
 
-    void stopsWhenCancelled_data()
-    {
-        QTest::addColumn<double>("hz");
-        QTest::newRow("row per frame") << 0.0;
-        QTest::newRow("row per second") << 1.0;
-    }
-
     void stopsWhenCancelled()
     {
-        QFETCH(double, hz);
-        const QByteArray lines = "0\n300000\n" + QByteArray("0\n").repeated(300'000);
+        const QByteArray lines = QByteArray("0\n").repeated(300'000);
         double last = 0.0; // of the progress
         const KeepGoing half = [&](double done) { return (last = done) < 0.5; };
-        QVERIFY(signalsCsv(lines, {}, hz, false, half).endsWith("cancelled"));
+        QVERIFY(signalsCsv(lines, {}, 0, false, half).endsWith("cancelled"));
         QVERIFY2(last < 0.9, qPrintable(QString::number(last)));
     }
 };
