@@ -1,4 +1,5 @@
 #include "support/Canvas.h"
+#include "support/Files.h"
 #include "support/WidgetPicture.h"
 #include "widgets/decor/ImageWidget.h"
 
@@ -26,21 +27,35 @@ static int drop(const Canvas& canvas, int x, const QMimeData& data)
 
 static ImageWidget* imageOf(DashboardItem* item) { return static_cast<ImageWidget*>(item->widget()); }
 
+/// An image widget with a picture of its own, 30 pixels wide, on an empty one, and a gauge on both.
+struct Dropped : Canvas
+{
+    ImageWidget* below = imageOf(add("Image", {0, 0, 300, 300}));
+    DashboardItem* item = add("Image", {100, 100, 300, 300});
+    QPointer<ImageWidget> image = imageOf(item);
+
+    Dropped(const QString& picture, bool design)
+    {
+        add("AnalogGauge", {0, 0, 90, 90});
+        image->loadPixmap(picture);
+        setDesignMode(design);
+    }
+};
+
 class TestImageWidget : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
-    // The path of a new file with a green picture, black where the pattern says so.
-    QString saved(const QString& name, const QSize& size, Qt::BrushStyle pattern = Qt::NoBrush) const
-    {
-        QImage image(size, size.width() < 9000 ? QImage::Format_RGB32 : QImage::Format_Mono);
-        image.fill(Qt::green);
-        QPainter(&image).fillRect(image.rect(), pattern);
-        return image.save(m_dir.filePath(name)) ? m_dir.filePath(name) : QString();
-    }
 
 private Q_SLOTS:
-    void takesDrops_data()
+    void initTestCase()
+    {
+        QVERIFY(QDir::setCurrent(m_dir.path()));
+        for (const char* folder : {"b", "c"})
+            QVERIFY(QDir().mkdir(folder));
+        QVERIFY(QFile::link(m_dir.filePath("b"), m_dir.filePath("link")));
+    }
+
+    void takesDrop_data()
     {
         QTest::addColumn<QStringList>("data"); // type, content
         QTest::addColumn<int>("width");        // 30 before, 40 in the file, 50 in the data
@@ -53,107 +68,219 @@ private Q_SLOTS:
         QTest::newRow("words") << QStringList{"text/plain", "any"} << 30 << 1;
         QTest::newRow("refused") << QStringList{"a/b", "any"} << 30 << 0;
     }
-    void takesDrops()
+
+    void takesDrop()
     {
         QFETCH(const QStringList, data);
         QFETCH(const int, width);
         QFETCH(const int, accepted);
-        const QString old = saved("old.png", {30, 20}), fresh = saved("fresh.png", {40, 20});
+        const QString old = saved("old.png", {30, 20});
+        const QString fresh = saved("fresh.png", {40, 20});
         QMimeData mime;
         mime.setData(data[0], QString(data[1]).replace("FILE", "file://" + fresh).toUtf8());
         if (const int side = data[1].toInt())
             mime.setImageData(QImage(side, side, QImage::Format_Mono));
-        for (const bool design : {true, false}) {
-            Canvas canvas;
-            const ImageWidget* below = imageOf(canvas.add("Image", {0, 0, 300, 300}));
-            DashboardItem* item = canvas.add("Image", {100, 100, 300, 300});
-            canvas.add("AnalogGauge", {0, 0, 90, 90});
-            const QPointer<ImageWidget> image = imageOf(item);
-            image->loadPixmap(old);
-            canvas.setDesignMode(design);
-            QCOMPARE(drop(canvas, 200, mime), accepted);
-            QVERIFY(!drop(canvas, 40, mime) && below->path().isEmpty()); // on the gauge
-            QWidget dialog;
-            image->buildConfigUI(new QFormLayout(&dialog), &dialog);
-            image->applyConfigUI();
-            QCOMPARE(image->picture().width(), width);
-            QCOMPARE(image->path(), width <= 30 ? old : width == 40 ? fresh : QString());
-            canvas.drag({350, 350}, {370, 370});
-            QCOMPARE(item->pos().x(), design ? 120.0 : 100.0);
-            item->requestDelete();
-            QTRY_VERIFY(!image);
-        }
+        Dropped canvas(old, true);
+        QCOMPARE(drop(canvas, 200, mime), accepted);
+        QWidget dialog;
+        canvas.image->buildConfigUI(new QFormLayout(&dialog), &dialog);
+        canvas.image->applyConfigUI(); // untouched
+        QCOMPARE(canvas.image->picture().width(), width);
+        QCOMPARE(canvas.image->path(), width <= 30 ? old : width == 40 ? fresh : QString());
     }
 
-    void findsThePictureInTheProject()
+    void dropGoesToTopmostOnly()
+    {
+        QMimeData file;
+        file.setUrls({QUrl::fromLocalFile(saved("fresh.png", {40, 20}))});
+        const Dropped canvas({}, true);
+        QCOMPARE(drop(canvas, 40, file), 0); // the gauge
+        QCOMPARE(canvas.below->path(), QString());
+    }
+
+    void dropLeavesTheMouseToTheItem_data()
+    {
+        QTest::addColumn<bool>("design");
+        QTest::addColumn<double>("x");
+        QTest::newRow("design mode") << true << 120.0;
+        QTest::newRow("other modes") << false << 100.0;
+    }
+
+    void dropLeavesTheMouseToTheItem()
+    {
+        QFETCH(bool, design);
+        QFETCH(double, x);
+        QMimeData file;
+        file.setUrls({QUrl::fromLocalFile(saved("fresh.png", {40, 20}))});
+        Dropped canvas({}, design);
+        QCOMPARE(drop(canvas, 200, file), 2);
+        canvas.drag({350, 350}, {370, 370});
+        QCOMPARE(canvas.item->pos().x(), x);
+        canvas.item->requestDelete();
+        QTRY_VERIFY(!canvas.image);
+    }
+
+    void findsPictureInMovedProject()
     {
         Canvas canvas;
-        canvas.scene.setProjectFolder(m_dir.path());
-        DashboardItem* item = canvas.add("Image", {0, 0, 100, 100});
-        imageOf(item)->loadPixmap(saved("x.png", {60, 20}));
-        QVERIFY(QDir(m_dir.path()).mkdir("b") && QDir(m_dir.path()).rename("x.png", "b/x.png"));
-        canvas.scene.addItem(item = DashboardItem::fromJson(item->toJson()));
         canvas.scene.setProjectFolder(m_dir.filePath("b"));
-        ImageWidget* image = imageOf(item);
-        QVERIFY(image->picture().width() == 60 && image->path() == "x.png");
-        QVERIFY(QFile::link(m_dir.filePath("b"), m_dir.filePath("link")));
-        canvas.scene.setProjectFolder(m_dir.filePath("link"));
-        image->loadPixmap(m_dir.filePath("b/x.png")); // as a file manager names it
-        QCOMPARE(image->saveConfig()["path"].toString(), "x.png");
-        image->loadConfig({{"path", "none"}});
-        QVERIFY(image->picture().width() == 60 && image->path() == "none");
-        image->loadPixmap({});
-        QVERIFY(image->picture().isNull() && image->path() == "none");
-        ImageWidget fresh;
-        QVERIFY(QDir(m_dir.path()).mkdir("c") && QDir::setCurrent(m_dir.path()));
-        QVERIFY(!saved("y.png", {50, 20}).isEmpty() && !saved("c/y.png", {60, 20}).isEmpty());
-        fresh.loadConfig({{"path", "y.png"}});
-        QVERIFY(fresh.picture().isNull());
-        fresh.setProjectFolder({});
-        QCOMPARE(fresh.picture().width(), 50);
-        fresh.setProjectFolder(m_dir.filePath("c"));
-        const QPixmap loaded = fresh.picture();
-        fresh.setProjectFolder(m_dir.filePath("c")); // told again
-        QVERIFY(loaded.width() == 60 && loaded.cacheKey() == fresh.picture().cacheKey());
-        fresh.setProjectFolder(m_dir.filePath("none")); // the other project's picture must not stay
-        QVERIFY(fresh.picture().isNull() && fresh.path() == "y.png");
+        DashboardItem* item = canvas.add("Image", {0, 0, 100, 100});
+        imageOf(item)->loadPixmap(saved("b/x.png", {60, 20}));
+        const QJsonObject layout = item->toJson();
+        QVERIFY(QFile::rename("b/x.png", "c/x.png"));
+        canvas.scene.addItem(item = DashboardItem::fromJson(layout));
+        canvas.scene.setProjectFolder(m_dir.filePath("c"));
+        QCOMPARE(imageOf(item)->picture().width(), 60);
+        QCOMPARE(imageOf(item)->path(), "x.png");
     }
 
-    void fitsThePictureOrRefusesIt()
+    void savesPathInLinkedProject()
     {
-        ImageWidget widget;
-        widget.resize(104, 84);
-        widget.loadPixmap(saved("x.png", {40, 20}));
-        const auto seen = [&widget](const QJsonObject& config) {
-            widget.loadConfig(config);
-            const QRgb back = widget.palette().color(QPalette::Window).rgb();
-            return QRegion(QBitmap::fromImage(picture(widget).createMaskFromColor(back))).boundingRect();
-        };
-        QCOMPARE(seen({{"mode", 0}}), QRect(1, 16, 100, 50));
-        QCOMPARE(seen({{"mode", 1}}), QRect(0, 1, 104, 80));
-        QCOMPARE(seen({{"mode", 2}}), QRect(2, 2, 100, 80));
-        QCOMPARE(seen({{"mode", 3}, {"opacity", 300}}), QRect(2, 2, 40, 20));
-        widget.loadConfig({{"opacity", 50}}); // half of the red behind the green
-        QVERIFY(qAbs(qRed(picture(widget).pixel(9, 9)) - qRed(picture(widget).pixel(0, 0)) / 2) < 3);
-        QVERIFY(seen({{"opacity", 0}}).isEmpty() && seen({{"mode", 7}, {"opacity", 100}}).isEmpty());
-        QCOMPARE(seen({{"border", true}}), widget.rect());
-        widget.loadConfig({{"path", saved("fine.png", {2001, 2001}, Qt::Dense4Pattern)}, {"mode", 3}});
-        QCOMPARE(picture(widget).copy(2, 2, 100, 80), QImage(widget.path()).copy(0, 0, 100, 80));
-        widget.loadConfig({{"mode", 2}}); // the mean of 500 pixels instead of one of them
-        QVERIFY(qAbs(qGreen(picture(widget).pixel(50, 3)) - 128) < 20);
-        widget.loadConfig({{"path", saved("hair.png", {1, 60'000})}, {"mode", 1}});
-        QCOMPARE(picture(widget).pixelColor(50, 41), QColor(Qt::green)); // of 6,000,000 rows
-        QFile lengthy(saved("long.png", {200'000, 4})), icon(m_dir.filePath("icon.ico"));
-        QVERIFY(lengthy.open(QIODevice::ReadOnly) && icon.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        const auto saysSmall = QByteArray::fromHex("00000100010010100000010001000010000016000000");
-        icon.write(saysSmall + lengthy.readAll().leftJustified(4096));
-        QVERIFY(::mkfifo(qPrintable(m_dir.filePath("pipe.png")), 0600) == 0);
-        for (const char* name : {"long.png", "icon.ico", "pipe.png"})
-            widget.loadPixmap(m_dir.filePath(name));
-        QCOMPARE(widget.path(), m_dir.filePath("hair.png"));
-        widget.loadPixmap(saved("photo.jpg", {8000, 6000}));
-        QCOMPARE(widget.picture().width(), 8000);
+        ImageWidget image;
+        image.setProjectFolder(m_dir.filePath("link"));
+        image.loadPixmap(saved("b/x.png", {60, 20})); // as a file manager names it
+        QCOMPARE(image.saveConfig()["path"], "x.png");
     }
+
+    void missingPictureLeavesTheOldOne()
+    {
+        ImageWidget image;
+        image.setProjectFolder(m_dir.path());
+        image.loadPixmap(saved("x.png", {60, 20}));
+        image.loadConfig({{"path", "none"}});
+        QCOMPARE(image.picture().width(), 60);
+        QCOMPARE(image.path(), "none");
+    }
+
+    void emptyPathClearsPictureOnly()
+    {
+        ImageWidget image;
+        const QString path = saved("x.png", {60, 20});
+        image.loadPixmap(path);
+        image.loadPixmap({});
+        QVERIFY(image.picture().isNull());
+        QCOMPARE(image.path(), path);
+    }
+
+    void relativePathWaitsForTheProject()
+    {
+        saved("y.png", {50, 20});
+        ImageWidget image;
+        image.loadConfig({{"path", "y.png"}});
+        QVERIFY(image.picture().isNull());
+        image.setProjectFolder({}); // there is none: from the working directory
+        QCOMPARE(image.picture().width(), 50);
+    }
+
+    void relativePathFollowsTheProject()
+    {
+        saved("b/y.png", {50, 20});
+        saved("c/y.png", {60, 20});
+        ImageWidget image;
+        image.setProjectFolder(m_dir.filePath("b"));
+        image.loadConfig({{"path", "y.png"}});
+        image.setProjectFolder(m_dir.filePath("c"));
+        QCOMPARE(image.picture().width(), 60);
+        image.setProjectFolder(m_dir.filePath("none")); // the other project's picture must not stay
+        QVERIFY(image.picture().isNull());
+        QCOMPARE(image.path(), "y.png");
+    }
+
+    void fitsPicture_data()
+    {
+        QTest::addColumn<QJsonObject>("config");
+        QTest::addColumn<QRect>("seen");
+        QTest::newRow("contain") << QJsonObject{{"mode", 0}} << QRect(1, 16, 100, 50);
+        QTest::newRow("cover") << QJsonObject{{"mode", 1}} << QRect(0, 1, 104, 80);
+        QTest::newRow("stretch") << QJsonObject{{"mode", 2}} << QRect(2, 2, 100, 80);
+        QTest::newRow("actual size") << QJsonObject{{"mode", 3}} << QRect(2, 2, 40, 20);
+        QTest::newRow("no mode") << QJsonObject{{"mode", 7}} << QRect();
+        QTest::newRow("too opaque") << QJsonObject{{"mode", 3}, {"opacity", 300}} << QRect(2, 2, 40, 20);
+        QTest::newRow("transparent") << QJsonObject{{"opacity", 0}} << QRect();
+        QTest::newRow("border") << QJsonObject{{"border", true}} << QRect(0, 0, 104, 84);
+    }
+
+    void fitsPicture()
+    {
+        QFETCH(QJsonObject, config);
+        QFETCH(QRect, seen);
+        const auto widget = shown(saved("x.png", {40, 20}), config);
+        const QRgb back = widget->palette().color(QPalette::Window).rgb();
+        const QImage mask = picture(*widget).createMaskFromColor(back);
+        QCOMPARE(QRegion(QBitmap::fromImage(mask)).boundingRect(), seen);
+    }
+
+    void halfOpaquePictureLetsGroundThrough()
+    {
+        const auto widget = shown(saved("x.png", {40, 20}), {{"mode", 3}, {"opacity", 50}});
+        const QImage image = picture(*widget);
+        QVERIFY(qAbs(qRed(image.pixel(9, 9)) - qRed(image.pixel(0, 0)) / 2) < 3);
+    }
+
+    void actualSizeIsPixelForPixel()
+    {
+        const auto widget = shown(saved("fine.png", {2001, 2001}, Qt::Dense4Pattern), {{"mode", 3}});
+        QCOMPARE(picture(*widget).copy(2, 2, 100, 80), QImage(widget->path()).copy(0, 0, 100, 80));
+    }
+
+    void muchSmallerPictureIsNotGrainy()
+    {
+        const auto widget = shown(saved("fine.png", {2001, 2001}, Qt::Dense4Pattern), {{"mode", 2}});
+        // The mean of 500 pixels instead of one of them.
+        QVERIFY(qAbs(qGreen(picture(*widget).pixel(50, 3)) - 128) < 20);
+    }
+
+    void coversWithHairOfMillionsOfRows()
+    {
+        const auto widget = shown(saved("hair.png", {1, 60'000}), {{"mode", 1}});
+        QCOMPARE(picture(*widget).pixelColor(50, 41), QColor(Qt::green));
+    }
+
+    void takesPhotoOfManyPixels()
+    {
+        QCOMPARE(shown(saved("photo.jpg", {8000, 6000}), {})->picture().width(), 8000);
+    }
+
+    void refusesPicture_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("too long a side") << saved("long.png", {200'000, 4});
+        const auto saysSmall = QByteArray::fromHex("00000100010010100000010001000010000016000000");
+        const QByteArray lengthy = readFile(m_dir.filePath("long.png")).leftJustified(4096);
+        QTest::newRow("header lies") << writeFile(m_dir.filePath("icon.ico"), saysSmall + lengthy);
+        QCOMPARE(::mkfifo(qPrintable(m_dir.filePath("pipe.png")), 0600), 0);
+        QTest::newRow("pipe") << m_dir.filePath("pipe.png");
+    }
+
+    void refusesPicture()
+    {
+        QFETCH(QString, path);
+        ImageWidget widget;
+        widget.loadPixmap(path);
+        QVERIFY(widget.picture().isNull());
+    }
+
+private:
+    /// The path of a file with a green picture, black where the pattern says so.
+    QString saved(const QString& name, const QSize& size, Qt::BrushStyle pattern = Qt::NoBrush) const
+    {
+        QImage image(size, size.width() < 9000 ? QImage::Format_RGB32 : QImage::Format_Mono);
+        image.fill(Qt::green);
+        QPainter(&image).fillRect(image.rect(), pattern);
+        if (!image.save(m_dir.filePath(name)))
+            qFatal("cannot save %s", qPrintable(name));
+        return m_dir.filePath(name);
+    }
+    static std::unique_ptr<ImageWidget> shown(const QString& path, const QJsonObject& config)
+    {
+        auto widget = std::make_unique<ImageWidget>();
+        widget->resize(104, 84);
+        widget->loadPixmap(path);
+        widget->loadConfig(config);
+        return widget;
+    }
+
+    QTemporaryDir m_dir;
 };
 
 QTEST_MAIN(TestImageWidget)
