@@ -35,24 +35,32 @@ struct Shown
     int number = 0;
 };
 
-class TestConsoles : public QObject
+// What both consoles have in common, and the lines of each.
+class TestEventConsoleWidget : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void showsEventsAsPlainLines()
+    void showsErrorsAsPlainLines()
     {
         ErrorConsoleWidget console;
         console.appendError(1.0, "E7", "");
         console.appendError(-0.25, "E7", "<b>&amp;</b>");
         QCOMPARE(console.plainText(), u"[1.000s] E7 : E7\n[-0.250s] E7 : <b>&amp;</b>"_s);
-        MessagesConsoleWidget messages;
-        for (const char16_t code : u"\n\v\r\x1b\x85\u2028\u2029\xfdd0\xfdd1\xfffc"_s.toStdU16String()) {
-            messages.appendMessage(1, QChar(code) + u"\tb"_s + QChar(code));
-            QVERIFY(messages.plainText().endsWith(u"] \xfffd\tb\xfffd"_s));
-        }
-        messages.appendMessage(1, QString(999, 'x') + u"😀"_s + QString(1'000'000, 'y'));
-        QVERIFY(messages.plainText().endsWith("] " + QString(999, 'x') + QChar(0x2026)));
+    }
+
+    void showsWhatWouldBreakTheLineAsSymbols()
+    {
+        MessagesConsoleWidget console;
+        console.appendMessage(1, u"\n\tb\v\r\x1b\x85\u2028\u2029\xfdd0\xfdd1\xfffc"_s);
+        QCOMPARE(console.plainText(), u"[1.000s] \xfffd\tb"_s + QString(9, QChar::ReplacementCharacter));
+    }
+
+    void cutsOffLongText()
+    {
+        MessagesConsoleWidget console;
+        console.appendMessage(1, QString(999, 'x') + u"😀"_s + QString(1'000'000, 'y'));
+        QCOMPARE(console.plainText(), "[1.000s] " + QString(999, 'x') + QChar(0x2026));
     }
 
     void keepsNewestLines()
@@ -64,10 +72,17 @@ private Q_SLOTS:
             if (i % 7 == 0)
                 console.plainText(); // some lines leave the document, some before they get there
         }
-        console.loadConfig({{"maxLines", -1}}); // counts from the next line on
         QCOMPARE(console.plainText(), u"[58.000s] m\n[59.000s] m\n[60.000s] m"_s);
-        console.appendMessage(61, "m");
-        QCOMPARE(console.plainText(), u"[61.000s] m"_s);
+    }
+
+    void newLimitCountsFromTheNextLineOn()
+    {
+        Shown shown;
+        const QString before = shown.console.plainText();
+        shown.console.loadConfig({{"maxLines", -1}});
+        QCOMPARE(shown.console.plainText(), before);
+        shown.append(1);
+        QCOMPARE(shown.console.plainText(), u"[101.000s] line"_s);
     }
 
     void writesBurstInPortions()
@@ -77,11 +92,12 @@ private Q_SLOTS:
             console.appendMessage(i, QString(1000, 'x'));
         const QTextDocument* document = console.findChild<QTextEdit*>()->document();
         QCoreApplication::processEvents();
-        QVERIFY(document->firstBlock().text().startsWith("[100.") && document->blockCount() < 250);
+        QCOMPARE(document->firstBlock().text().left(7), u"[100.00"_s);
+        QVERIFY(document->blockCount() < 250);
         QTRY_COMPARE(document->blockCount(), 500);
     }
 
-    void holdsViewOrFollowsNewest()
+    void holdsViewWithoutAutoScroll()
     {
         Shown shown;
         shown.console.loadConfig({{"autoScroll", false}});
@@ -89,14 +105,30 @@ private Q_SLOTS:
         const QImage before = picture(*shown.viewport);
         shown.append(7); // seven leave at the top
         QCOMPARE(picture(*shown.viewport), before);
-        shown.console.loadConfig({{"autoScroll", true}});
+    }
+
+    void followsNewestButNotSideways()
+    {
+        Shown shown;
         shown.append(1, QString(500, 'x'));
         QVERIFY(shown.isAtEnd());
         QCOMPARE(shown.editor->horizontalScrollBar()->value(), 0);
+    }
+
+    void staysAtTheEndWhenItShrinks()
+    {
+        Shown shown;
         shown.console.resize(300, 110);
-        QWheelEvent wheel({50, 50}, {50, 50}, {}, {0, 240}, {}, Qt::ControlModifier, {}, false);
-        QCoreApplication::sendEvent(shown.viewport, &wheel); // neither scrolls nor zooms
         QVERIFY(shown.isAtEnd());
+    }
+
+    void wheelWithCtrlNeitherScrollsNorZooms()
+    {
+        Shown shown;
+        const QImage before = picture(*shown.viewport);
+        QWheelEvent wheel({50, 50}, {50, 50}, {}, {0, 240}, {}, Qt::ControlModifier, {}, false);
+        QCoreApplication::sendEvent(shown.viewport, &wheel);
+        QCOMPARE(picture(*shown.viewport), before);
     }
 
     void selectsWhileLinesArrive()
@@ -110,6 +142,11 @@ private Q_SLOTS:
         shown.append(5);
         QVERIFY(shown.isAtEnd());
         QCOMPARE(shown.editor->textCursor().selectedText(), marked);
+    }
+
+    void followsAgainWhenFocusLeavesWhileSelecting()
+    {
+        Shown shown;
         QTest::mouseDClick(shown.viewport, Qt::LeftButton, {}, QPoint(1, 4));
         shown.vertical->setValue(0);
         shown.append(1);
@@ -121,5 +158,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestConsoles)
-#include "tst_consoles.moc"
+QTEST_MAIN(TestEventConsoleWidget)
+#include "tst_eventconsolewidget.moc"
