@@ -1,0 +1,88 @@
+#include "support/Catalogue.h"
+#include "support/ModalAnswer.h"
+#include "widgets/DashboardWidgetConfigDialog.h"
+#include "widgets/values/AnalogGaugeWidget.h"
+
+#include <QListWidget>
+#include <QTest>
+
+static const QByteArray kLines =
+    "DASHBOARD_SIGNAL(SIG_A, \"Speed\", NONE)\nDASHBOARD_SIGNAL(sig_a, \"Lower\", NONE)\n"
+    "DASHBOARD_SIGNAL(SIG_B, \"Inner pressure\", NONE)\n";
+
+class SeveralSignals : public AnalogGaugeWidget
+{
+public:
+    bool supportsMultipleSignals() const override { return true; }
+};
+
+class TestDashboardWidgetConfigDialog : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void assignsNothingWithoutCatalogue()
+    {
+        AnalogGaugeWidget gauge;
+        gauge.assignSignals({"SIG_X", "SIG_B"});
+        DashboardWidgetConfigDialog(&gauge).applyConfig();
+        QCOMPARE(gauge.assignedSignalList(), QStringList({"SIG_X", "SIG_B"}));
+    }
+
+    void assignsPreselectedSignal_data()
+    {
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("first without an assignment") << QStringList() << "SIG_A";
+        QTest::newRow("exact name") << QStringList{"sig_a", "SIG_B"} << "sig_a";
+        QTest::newRow("part of the text") << QStringList{"INNER"} << "SIG_B";
+        QTest::newRow("suffix stays") << QStringList{"SIG_B: bar"} << "SIG_B: bar";
+        QTest::newRow("unknown") << QStringList{"SIG_X: bar"} << "SIG_A";
+    }
+
+    void assignsPreselectedSignal()
+    {
+        QFETCH(QStringList, before);
+        QFETCH(QString, after);
+        const ProjectCatalogue catalogue(kLines);
+        AnalogGaugeWidget gauge;
+        gauge.assignSignals(before);
+        DashboardWidgetConfigDialog(&gauge).applyConfig();
+        QCOMPARE(gauge.assignedSignalList(), QStringList{after});
+    }
+
+    void untouchedListKeepsWhatTheCatalogueLacks()
+    {
+        const ProjectCatalogue catalogue(kLines);
+        SeveralSignals widget;
+        widget.assignSignals({"SIG_B", "SIG_X"});
+        DashboardWidgetConfigDialog(&widget).applyConfig();
+        QCOMPARE(widget.assignedSignalList(), QStringList({"SIG_B", "SIG_X"}));
+    }
+
+    void assignsSelectedSignals()
+    {
+        const ProjectCatalogue catalogue(kLines);
+        SeveralSignals widget;
+        widget.assignSignals({"SIG_B", "SIG_X"});
+        DashboardWidgetConfigDialog dialog(&widget);
+        dialog.findChild<QListWidget*>()->item(0)->setSelected(true);
+        dialog.applyConfig();
+        QStringList assigned = widget.assignedSignalList();
+        assigned.sort();
+        QCOMPARE(assigned, QStringList({"SIG_A", "SIG_B"}));
+    }
+
+    void closesWhenWidgetDies()
+    {
+        auto* widget = new AnalogGaugeWidget;
+        DashboardWidgetConfigDialog dialog(widget);
+        ModalAnswer answer;
+        answer.then([widget](QDialog*) { delete widget; });
+        QCOMPARE(dialog.exec(), int(QDialog::Rejected));
+        dialog.applyConfig(); // nobody left to configure
+    }
+};
+
+QTEST_MAIN(TestDashboardWidgetConfigDialog)
+#include "tst_dashboardwidgetconfigdialog.moc"
