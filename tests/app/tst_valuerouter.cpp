@@ -2,16 +2,15 @@
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
 #include "definitions/ActiveDefinitions.h"
+#include "support/Catalogue.h"
 #include "widgets/DashboardWidget.h"
 #include "widgets/consoles/ErrorConsoleWidget.h"
-#include "widgets/consoles/MessagesConsoleWidget.h"
 #include "widgets/values/StateIndicatorWidget.h"
 #include "widgets/xyplot/XYPlotWidget.h"
 
 #include <QGraphicsProxyWidget>
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QTemporaryFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -50,12 +49,18 @@ struct Rig
     ValueRouter router{&scene, &definitions};
     Log log;
 
+    template <class Widget>
+    Widget* add()
+    {
+        auto* widget = new Widget;
+        scene.addItem(new DashboardItem(widget));
+        return widget;
+    }
     Probe* addProbe(const QList<QString>& names)
     {
-        auto* probe = new Probe;
+        auto* probe = add<Probe>();
         probe->log = &log;
         probe->assignSignals(names);
-        scene.addItem(new DashboardItem(probe));
         return probe;
     }
 
@@ -94,14 +99,61 @@ struct Rig
     }
 };
 
-std::unique_ptr<DashboardSignalParser> catalogue(const QByteArray& text)
+/// Probes that come, go and change in every way that the router has to notice.
+struct ChangingRig : Rig
 {
-    QTemporaryFile file;
-    if (!file.open() || file.write(text) != text.size() || !file.flush())
-        return nullptr;
-    auto parser = std::make_unique<DashboardSignalParser>(file.fileName());
-    return parser->parse() ? std::move(parser) : nullptr;
-}
+    QRandomGenerator random{1};
+    QList<Probe*> probes;
+
+    QString name() { return QString(QChar(u'A' + ushort(random.bounded(6)))); }
+    QList<QString> names()
+    {
+        return QList<QString>({name(), name() + u": text"_s, u" "_s + name()}).mid(random.bounded(4));
+    }
+    void change()
+    {
+        const int kind = random.bounded(12);
+        if (kind == 0 && probes.size() < 30)
+            probes.append(addProbe(names()));
+        else if (!probes.isEmpty())
+            change(kind, probes[random.bounded(probes.size())]);
+    }
+    void change(int kind, Probe* probe)
+    {
+        DashboardItem* item = probe->item();
+        if (kind == 1) {
+            probes.removeOne(probe);
+            item->requestDelete();
+        } else if (kind == 2) {
+            probe->assignSignals(names());
+        } else if (kind == 3) {
+            item->setZValue(random.bounded(5));
+        } else if (kind == 4) {
+            DashboardItem* other = probes.first()->item();
+            const bool free = item->parentItem() || other == item || other->parentItem();
+            item->setParentItem(free ? nullptr : other);
+        } else if (kind == 5 && random.bounded(4) == 0 && item->childItems().size() == 2) {
+            probes.removeOne(probe);
+            delete item;
+        }
+    }
+};
+
+const QByteArray kSignal = "DASHBOARD_SIGNAL(T, \"Temp\", M)\n";
+
+/// A probe of the signal that a project's catalogue converts, after a live value of 100.
+struct MappedRig : Rig
+{
+    Probe* probe = addProbe({u"T: °F"_s, u"T"_s, u"t"_s});
+
+    MappedRig()
+    {
+        definitions.setProject(catalogueOf("DASHBOARD_MAPPING(M, 32, 1.8)\n" + kSignal));
+        router.routeLiveValues({{u"T"_s, 100.0}, {u"U"_s, 5.0}});
+    }
+    Log heard() { return std::exchange(log, {}); }
+    Log one(double value) const { return {{probe, u"T"_s, value}}; }
+};
 
 } // namespace
 
@@ -112,41 +164,16 @@ class TestValueRouter : public QObject
 private Q_SLOTS:
     void deliversWhatAWalkWouldDeliver()
     {
-        QRandomGenerator random(1);
-        const auto name = [&random] { return QString(QChar(u'A' + ushort(random.bounded(6)))); };
-        const auto names = [&] {
-            return QList<QString>({name(), name() + u": text"_s, u" "_s + name()}).mid(random.bounded(4));
-        };
-        Rig rig;
-        QList<Probe*> probes;
+        ChangingRig rig;
         for (int step = 0; step < 10'000; ++step) {
-            const int change = random.bounded(12);
-            Probe* any = probes.isEmpty() ? nullptr : probes[random.bounded(probes.size())];
-            DashboardItem* item = any ? any->item() : nullptr;
-            if (change == 0 && probes.size() < 30) {
-                probes.append(rig.addProbe(names()));
-            } else if (change == 1 && any) {
-                probes.removeOne(any);
-                item->requestDelete();
-            } else if (change == 2 && any) {
-                any->assignSignals(names());
-            } else if (change == 3 && any) {
-                item->setZValue(random.bounded(5));
-            } else if (change == 4 && any) {
-                DashboardItem* other = probes.first()->item();
-                const bool free = item->parentItem() || other == item || other->parentItem();
-                item->setParentItem(free ? nullptr : other);
-            } else if (change == 5 && any && random.bounded(4) == 0 && item->childItems().size() == 2) {
-                probes.removeOne(any);
-                delete item;
-            }
+            rig.change();
             const Log events = rig.walkForEvents();
             const qsizetype beforeEvents = rig.log.size();
             rig.router.routeState(u"G"_s, u"S"_s);
             rig.router.routeError(0.0, u"E"_s);
             rig.router.routeMessage(0.0, u"M"_s);
             QCOMPARE(rig.log.mid(beforeEvents), events);
-            const QString key = name();
+            const QString key = rig.name();
             const Log expected = rig.walk(key, step);
             const qsizetype before = rig.log.size();
             rig.router.updateSignalValueAt(key, step, 0.0);
@@ -155,74 +182,72 @@ private Q_SLOTS:
         QVERIFY(rig.log.size() > 1000);
     }
 
-    void mapsWithTheActiveCatalogue()
+    void mapsLiveValuesAndStampsThemByTheClock()
     {
-        Rig rig;
-        Probe* probe = rig.addProbe({u"T: °F"_s, u"T"_s, u"t"_s});
-        const QString name = u"T"_s;
-        const QByteArray signal = "DASHBOARD_SIGNAL(T, \"Temp\", M)\n";
-        rig.router.routeLiveValues({{name, 100.0}});
-        QCOMPARE(std::exchange(rig.log, {}), Log({{probe, name, 100.0}}));
+        MappedRig rig;
+        QCOMPARE(rig.heard(), rig.one(212.0)); // once, though it is assigned twice
+        QVERIFY(qAbs(rig.probe->lastTime - double(QDateTime::currentMSecsSinceEpoch()) / 1000.0) < 60.0);
+    }
 
-        rig.definitions.setProject(catalogue("DASHBOARD_MAPPING(M, 32, 1.8)\n" + signal));
-        rig.router.routeLiveValues({{name, 100.0}, {u"U"_s, 5.0}});
-        QCOMPARE(std::exchange(rig.log, {}), Log({{probe, name, 212.0}}));
-        QVERIFY(qAbs(probe->lastTime - double(QDateTime::currentMSecsSinceEpoch()) / 1000.0) < 60.0);
-
-        // The cache holds raw values, so that other definitions map them anew.
-        rig.definitions.setRecording(catalogue("DASHBOARD_MAPPING(M, 1, 2)\n" + signal));
+    void otherDefinitionsMapTheLastValuesAnew()
+    {
+        MappedRig rig;
+        rig.log.clear();
+        rig.definitions.setRecording(catalogueOf("DASHBOARD_MAPPING(M, 1, 2)\n" + kSignal));
         rig.router.reapplyMappingsToCurrentValues();
-        QCOMPARE(std::exchange(rig.log, {}), Log({{probe, name, 201.0}}));
-        rig.router.updateSignalValueAt(name, 0.0, 7.5);
-        QCOMPARE(std::exchange(rig.log, {}), Log({{probe, name, 1.0}}));
-        QCOMPARE(probe->lastTime, 7.5);
+        QCOMPARE(rig.heard(), rig.one(201.0)); // the cache holds raw values
+        rig.router.updateSignalValueAt(u"T"_s, 0.0, 7.5);
+        QCOMPARE(rig.heard(), rig.one(1.0));
+        QCOMPARE(rig.probe->lastTime, 7.5);
+    }
 
-        rig.router.setLive(false); // a replay is shown
-        rig.router.routeLiveValues({{name, 1.0}});
-        rig.router.updateSignalValue(name, 2.0);
+    void liveValuesKeepOutOfAReplay()
+    {
+        MappedRig rig;
+        rig.log.clear();
+        rig.router.setLive(false);
+        rig.router.routeLiveValues({{u"T"_s, 1.0}});
+        rig.router.updateSignalValue(u"T"_s, 2.0);
         rig.router.reapplyMappingsToCurrentValues();
-        QVERIFY(rig.log.isEmpty());
-        QCOMPARE(rig.router.lastValues(), (QMap<QString, double>{{name, 100.0}, {u"U"_s, 5.0}}));
+        QCOMPARE(rig.heard(), Log());
+        QCOMPARE(rig.router.lastValues(), (QMap<QString, double>{{u"T"_s, 100.0}, {u"U"_s, 5.0}}));
     }
 
     void followsThePlotThatChoosesItsSignalsItself()
     {
         Rig rig;
-        auto* plot = new XYPlotWidget;
-        rig.scene.addItem(new DashboardItem(plot));
-        for (const QString& ySignal : {u"B"_s, u"C"_s}) {
-            plot->clearData();
-            plot->loadConfig({{u"xSignal"_s, u"A"_s}, {u"ySignal"_s, ySignal}});
-            rig.router.routeReplayedValues(ySignal == u"B"_s, {{u"A"_s, 1.0}, {u"B"_s, 2.0}, {u"C"_s, 3.0}});
-            QCOMPARE(plot->points().points(), QList({QPointF(1.0, ySignal == u"B" ? 2.0 : 3.0)}));
-        }
+        auto* plot = rig.add<XYPlotWidget>();
+        const QMap<QString, double> values{{u"A"_s, 1.0}, {u"B"_s, 2.0}, {u"C"_s, 3.0}};
+        plot->loadConfig({{u"xSignal"_s, u"A"_s}, {u"ySignal"_s, u"B"_s}});
+        rig.router.routeReplayedValues(0.0, values);
+        QCOMPARE(plot->points().points(), QList({QPointF(1.0, 2.0)}));
+        plot->clearData();
+        plot->loadConfig({{u"ySignal"_s, u"C"_s}});
+        rig.router.routeReplayedValues(1.0, values);
+        QCOMPARE(plot->points().points(), QList({QPointF(1.0, 3.0)}));
     }
 
-    void statesErrorsAndMessagesFindTheirWidgets()
+    void stateFindsItsGroupInAnyLetterCase()
     {
         Rig rig;
-        rig.definitions.setProject(
-            catalogue("DASHBOARD_STATE(MODE, RUN, \"Running\")\nDASHBOARD_ERROR(E7, 7, \"Too hot\")\n"));
-        auto* indicator = new StateIndicatorWidget;
+        rig.definitions.setProject(catalogueOf("DASHBOARD_STATE(MODE, RUN, \"Running\")\n"));
+        auto* indicator = rig.add<StateIndicatorWidget>();
         indicator->setGroupId(u"mode"_s);
-        auto* errors = new ErrorConsoleWidget;
-        auto* messages = new MessagesConsoleWidget;
-        for (DashboardWidget* widget : std::initializer_list<DashboardWidget*>{indicator, messages})
-            rig.scene.addItem(new DashboardItem(widget));
-        new DashboardItem(errors, rig.scene.dashboardItems().first()); // consoles hear also inside others
-
         rig.router.routeState(u"MODE"_s, u"RUN"_s);
         rig.router.routeState(u"VALVE"_s, u"SHUT"_s); // of another group
         QCOMPARE(indicator->stateLabel(), u"Running"_s);
+    }
+
+    void errorIsShownByItsTextAlsoInANestedConsole()
+    {
+        Rig rig;
+        rig.definitions.setProject(catalogueOf("DASHBOARD_ERROR(E7, 7, \"Too hot\")\n"));
+        rig.addProbe({});
+        auto* errors = new ErrorConsoleWidget;
+        new DashboardItem(errors, rig.scene.dashboardItems().first());
         rig.router.routeError(1.0, u"E8"_s);
-        QCOMPARE(errors->plainText(), u"[1.000s] E8 : E8"_s);
-        rig.router.clearErrorConsoles();
         rig.router.routeError(2.0, u"E7"_s);
-        QCOMPARE(errors->plainText(), u"[2.000s] E7 : Too hot"_s);
-        rig.router.routeMessage(-0.25, u"<b>hello</b>"_s);
-        QCOMPARE(messages->plainText(), u"[-0.250s] <b>hello</b>"_s);
-        rig.router.clearMessageConsoles();
-        QCOMPARE(messages->plainText(), QString());
+        QCOMPARE(errors->plainText(), u"[1.000s] E8 : E8\n[2.000s] E7 : Too hot"_s);
     }
 };
 
