@@ -9,14 +9,14 @@
 #include "playback/recording/SignalPlaybackEngine.h"
 #include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
+#include "support/Files.h"
 #include "support/LoopWatch.h"
 #include "support/ModalAnswer.h"
+#include "support/PlainGrammar.h"
 #include "widgets/DashboardWidget.h"
 
-#include <QDir>
 #include <QDoubleSpinBox>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QListWidget>
 #include <QProcess>
 #include <QSlider>
@@ -46,96 +46,134 @@ public:
     double last = -1;
 };
 
-QByteArray contents(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 qint64 residentBytes()
 {
-    return contents(u"/proc/self/statm"_s).split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+    return readFile(u"/proc/self/statm"_s).split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
 }
 
-/// The signals and the events that must be exported of what was printed: a frame per line and per event.
-QByteArrayList expectedCsv(const QByteArray& printed, const DashboardSignalParser& definitions)
+/// What must be exported of what was printed: a frame per line and per event.
+struct ExpectedCsv
 {
-    const QStringList lines = QString::fromUtf8(printed).split(u'\n', Qt::SkipEmptyParts);
     QByteArray events = "time,type,key,value,display\n";
+    QByteArray time;
+    QMap<QString, double> known, after;
     QList<QPair<QByteArray, QMap<QString, double>>> frames;
-    QMap<QString, double> known;
-    const double base = lines.first().section(u' ', 0, 0).toDouble();
-    for (const QString& line : lines) {
-        QStringList words = line.split(u' '), text;
-        const QByteArray time = QByteArray::number(words.takeFirst().toDouble() - base, 'f', 6);
-        const auto add = [&](const QByteArray& type, const QStringList& cells) {
-            events += time + ',' + type;
-            for (const QString& cell : cells)
-                events += cell.isEmpty() ? QByteArray(",") : ",\"" + cell.toUtf8() + '"';
-            events += '\n';
-            frames.append({time, known});
-        };
-        QMap<QString, double> after = known;
-        for (const QString& word : std::as_const(words)) {
-            const QString key = word.section(u'=', 0, 0), value = word.section(u'=', 1);
-            if (!word.contains(u'='))
-                text.append(word);
-            else if (key.startsWith(u"ST_"))
-                add("STATE", {key.sliced(3), value, definitions.findState(key.sliced(3), value)->label});
-            else if (key == u"ERR")
-                add("ERROR", {value, {}, definitions.findErrorById(value)->message});
-            else
-                after.insert(key, value.toDouble());
+    QStringList freeText;
+
+    void state(const QString& group, const QString& name)
+    {
+        addEvent("STATE", {group, name, gSignalParser->findState(group, name)->label});
+    }
+    void error(const QString& id) { addEvent("ERROR", {id, {}, gSignalParser->findErrorById(id)->message}); }
+    void value(const QString& key, double number) { after.insert(key, number); }
+    void text(const QString& word) { freeText.append(word); }
+
+    void addEvent(const QByteArray& type, const QStringList& cells)
+    {
+        events += time + ',' + type;
+        for (const QString& cell : cells)
+            events += cell.isEmpty() ? QByteArray(",") : ",\"" + cell.toUtf8() + '"';
+        events += '\n';
+        frames.append({time, known});
+    }
+    void addPrinted(const QByteArray& printed)
+    {
+        const QStringList lines = QString::fromUtf8(printed).split(u'\n', Qt::SkipEmptyParts);
+        const double base = *splitPlainly(lines.first()).time;
+        for (const QString& line : lines) {
+            const PlainLine parts = splitPlainly(line);
+            time = QByteArray::number(*parts.time - base, 'f', 6);
+            readWordsPlainly(parts.words, *this);
+            if (std::exchange(known, after) != after) // a line of values has a new counter
+                frames.append({time, known});
+            if (!freeText.isEmpty())
+                addEvent("MESSAGE", {{}, std::exchange(freeText, {}).join(u' '), {}});
         }
-        if (std::exchange(known, after) != after) // a line of values has a new counter
-            frames.append({time, known});
-        if (!text.isEmpty())
-            add("MESSAGE", {{}, text.join(u' '), {}});
     }
-    QByteArray values = "time," + known.keys().join(u',').toUtf8() + '\n';
-    for (const auto& [time, numbers] : frames) {
-        values += time;
-        for (const QString& key : known.keys())
-            values += ',' + QByteArray::number(numbers.value(key, qQNaN()), 'g', 12);
-        values += '\n';
+    QByteArray values() const
+    {
+        QByteArray rows = "time," + known.keys().join(u',').toUtf8() + '\n';
+        for (const auto& [time, numbers] : frames) {
+            rows += time;
+            for (const QString& key : known.keys())
+                rows += ',' + QByteArray::number(numbers.value(key, qQNaN()), 'g', 12);
+            rows += '\n';
+        }
+        return rows;
     }
-    return {values, events};
-}
+};
 
 /// The window on a copy of the example project, with its device on a pseudo-terminal.
-struct Rig
+struct DeviceRig
 {
     QTemporaryDir dir;
+    LicenseCheck license{true, u"Bought"_s};
     Sigvane window;
     SequenceProbe* probe = nullptr;
     QProcess device;
 
-    ~Rig()
-    {
-        device.terminate();
-        device.waitForFinished();
-    }
-
-    bool start(const QStringList& deviceOptions, bool record = false)
+    explicit DeviceRig(const QStringList& deviceOptions, bool record = false)
     {
         const QString example = QStringLiteral(SIGVANE_EXAMPLE);
         const QString definitions = u"/dashboard_signals.def"_s;
-        if (!dir.isValid() || !QFile::copy(example + definitions, dir.path() + definitions))
-            return false;
+        writeFile(dir.path() + definitions, readFile(example + definitions));
         device.start(QStringLiteral(SIGVANE_DEVICE), deviceOptions);
         if (!device.waitForReadyRead())
-            return false;
+            qFatal("no device");
         CommandLine wanted;
         wanted.projectDir = dir.path();
         wanted.record = record;
         wanted.layoutFile = example + u"/layouts/pump-rig.json"_s;
         wanted.portName = QString::fromLocal8Bit(device.readLine()).trimmed();
+        window.setLicenseCheck(&license);
         window.resize(1600, 1000);
         window.startWith(wanted);
         probe = new SequenceProbe;
         window.scene()->addItem(new DashboardItem(probe));
         window.show();
-        return QTest::qWaitForWindowExposed(&window);
+        if (!QTest::qWaitForWindowExposed(&window))
+            qFatal("no window");
+    }
+    ~DeviceRig()
+    {
+        device.terminate();
+        device.waitForFinished();
+    }
+};
+
+constexpr int kRecordedLines = 40'000;
+const QStringList kRecordedRun{u"--rate"_s, u"0"_s, u"--lines"_s, QString::number(kRecordedLines)};
+
+/// A run of the device that has been recorded to its end.
+struct RecordedRun : DeviceRig
+{
+    RecordedRun()
+        : DeviceRig(kRecordedRun, true)
+    {
+        if (!QTest::qWaitFor([this] { return probe->count == kRecordedLines; }, 60'000))
+            qFatal("not all was heard");
+        window.stopButton();
+    }
+    /// What the device prints in such a run.
+    static QByteArray printed()
+    {
+        QProcess listing;
+        listing.start(QStringLiteral(SIGVANE_DEVICE), kRecordedRun + QStringList(u"--stdout"_s));
+        listing.waitForFinished();
+        return listing.readAllStandardOutput();
+    }
+};
+
+/// The times of the values that a replay brings.
+struct ReplayedTimes
+{
+    double reached = -1.0;
+    bool inOrder = true;
+
+    explicit ReplayedTimes(const SignalPlaybackEngine* engine)
+    {
+        QObject::connect(engine, &SignalPlaybackEngine::signalValuesUpdatedAt, engine,
+                         [this](double t) { inOrder = std::exchange(reached, t) <= t && inOrder; });
     }
 };
 
@@ -149,8 +187,7 @@ private Q_SLOTS:
     void fastDeviceLosesNoLine()
     {
         constexpr int kLines = 25'000;
-        Rig rig;
-        QVERIFY(rig.start({u"--rate"_s, u"5000"_s, u"--lines"_s, QString::number(kLines)}));
+        const DeviceRig rig({u"--rate"_s, u"5000"_s, u"--lines"_s, QString::number(kLines)});
         auto* dashboard = rig.window.findChild<DashboardView*>();
         const QImage before = dashboard->grab().toImage();
         const LoopWatch watch;
@@ -161,53 +198,44 @@ private Q_SLOTS:
         QVERIFY(dashboard->grab().toImage() != before);
     }
 
-    void recordedRunIsReplayedAndExportedAsItWasPrinted()
+    void recordedRunIsReplayedInOrderAlsoAfterAJump()
     {
-        const QStringList printed{u"--rate"_s, u"0"_s, u"--lines"_s, u"40000"_s};
-        QProcess listing;
-        listing.start(QStringLiteral(SIGVANE_DEVICE), printed + QStringList(u"--stdout"_s));
-        QVERIFY(listing.waitForFinished());
-        Rig rig;
-        LicenseCheck license(true, u"Bought"_s);
-        rig.window.setLicenseCheck(&license);
-        QVERIFY(rig.start(printed, true));
-        const QByteArrayList expected = expectedCsv(listing.readAllStandardOutput(), *gSignalParser);
-        QVERIFY(expected[1].contains(",ERROR,"));
-        QCOMPARE(rig.window.mode(), Sigvane::Record);
-        QTRY_COMPARE_WITH_TIMEOUT(rig.probe->count, 40'000, 60'000);
-        rig.window.stopButton();
-        QVERIFY(QFile::exists(companionDefinitionsPath(rig.window.playback()->playbackFile())));
+        RecordedRun run;
+        ReplayedTimes times(run.window.playbackEngine());
+        auto* slider = run.window.findChild<QSlider*>();
+        run.window.findChild<QDoubleSpinBox*>()->setValue(10.0);
+        run.window.playButton();
+        QTRY_VERIFY(times.reached > 1.0);
+        const QPoint half = slider->rect().center();
+        QTest::mousePress(slider, Qt::LeftButton, {}, QPoint(half.x() / 2, half.y()));
+        QTest::mouseMove(slider, half);
+        QTRY_VERIFY(times.reached > 15.0); // brought there while the button is still down
+        QTest::mouseRelease(slider, Qt::LeftButton, {}, half);
+        times.reached = -1.0; // that brought the history of the plots again
+        times.inOrder = true;
+        QTRY_COMPARE_WITH_TIMEOUT(run.window.mode(), Sigvane::Idle, 30'000);
+        QVERIFY(times.inOrder);
+        QCOMPARE(times.reached, run.window.playbackEngine()->getMaxTimestamp());
+    }
 
-        rig.window.findChild<QDoubleSpinBox*>()->setValue(10.0);
-        double reached = -1.0;
-        bool inOrder = true;
-        connect(rig.window.playbackEngine(), &SignalPlaybackEngine::signalValuesUpdatedAt, this,
-                [&](double t) { inOrder = std::exchange(reached, t) <= t && inOrder; });
-        rig.window.playButton();
-        QTRY_VERIFY(reached > 1.0);
-        auto* slider = rig.window.findChild<QSlider*>();
-        const int y = slider->height() / 2;
-        QTest::mousePress(slider, Qt::LeftButton, {}, QPoint(slider->width() / 4, y));
-        QTest::mouseMove(slider, QPoint(slider->width() / 2, y));
-        QTRY_VERIFY(reached > 15.0); // brought there while the button is still down
-        QTest::mouseRelease(slider, Qt::LeftButton, {}, QPoint(slider->width() / 2, y));
-        reached = -1.0; // that brought the history of the plots again
-        inOrder = true;
-        QTRY_COMPARE_WITH_TIMEOUT(rig.window.mode(), Sigvane::Idle, 30'000);
-        QVERIFY(inOrder);
-        QCOMPARE(reached, rig.window.playbackEngine()->getMaxTimestamp());
-
+    void recordedRunIsExportedAsItWasPrinted()
+    {
+        RecordedRun run;
+        QVERIFY(QFile::exists(companionDefinitionsPath(run.window.playback()->playbackFile())));
         ModalAnswer answer;
         answer.then([](QDialog* dialog) {
             dialog->findChild<QListWidget*>()->selectAll();
             dialog->accept();
         });
-        answer.chooseFile(rig.dir.filePath(u"signals.csv"_s)).chooseFile(rig.dir.filePath(u"events.csv"_s));
-        rig.window.exportButton();
-        rig.window.exportEventsButton();
-        QVERIFY(answer.allUsed() && answer.unexpected() == 0);
-        QVERIFY(contents(rig.dir.filePath(u"signals.csv"_s)) == expected[0]);
-        QVERIFY(contents(rig.dir.filePath(u"events.csv"_s)) == expected[1]);
+        answer.chooseFile(run.dir.filePath(u"signals.csv"_s)).chooseFile(run.dir.filePath(u"events.csv"_s));
+        run.window.exportButton();
+        run.window.exportEventsButton();
+        QCOMPARE(answer.titles().size(), 3);
+        ExpectedCsv expected;
+        expected.addPrinted(RecordedRun::printed());
+        QVERIFY(expected.events.contains(",ERROR,"));
+        QVERIFY(readFile(run.dir.filePath(u"signals.csv"_s)) == expected.values());
+        QVERIFY(readFile(run.dir.filePath(u"events.csv"_s)) == expected.events);
     }
 
     void memoryStaysFlat()
@@ -215,8 +243,7 @@ private Q_SLOTS:
 #if defined(__SANITIZE_ADDRESS__)
         QSKIP("the sanitizer keeps freed memory");
 #endif
-        Rig rig;
-        QVERIFY(rig.start({u"--rate"_s, u"5000"_s}));
+        const DeviceRig rig({u"--rate"_s, u"5000"_s});
         // The consoles are full from the beginning, as they are after a day.
         for (int i = 0; i < 1000; ++i)
             rig.window.serial()->parseLine(u"ERR=OVERHEAT message %1"_s.arg(i));
