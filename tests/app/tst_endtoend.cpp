@@ -164,19 +164,6 @@ struct RecordedRun : DeviceRig
     }
 };
 
-/// The times of the values that a replay brings.
-struct ReplayedTimes
-{
-    double reached = -1.0;
-    bool inOrder = true;
-
-    explicit ReplayedTimes(const SignalPlaybackEngine* engine)
-    {
-        QObject::connect(engine, &SignalPlaybackEngine::signalValuesUpdatedAt, engine,
-                         [this](double t) { inOrder = std::exchange(reached, t) <= t && inOrder; });
-    }
-};
-
 } // namespace
 
 class TestEndToEnd : public QObject
@@ -201,21 +188,24 @@ private Q_SLOTS:
     void recordedRunIsReplayedInOrderAlsoAfterAJump()
     {
         RecordedRun run;
-        ReplayedTimes times(run.window.playbackEngine());
+        double reached = -1.0;
+        bool inOrder = true;
+        connect(run.window.playbackEngine(), &SignalPlaybackEngine::signalValuesUpdatedAt, this,
+                [&](double t) { inOrder = std::exchange(reached, t) <= t && inOrder; });
         auto* slider = run.window.findChild<QSlider*>();
         run.window.findChild<QDoubleSpinBox*>()->setValue(10.0);
         run.window.playButton();
-        QTRY_VERIFY(times.reached > 1.0);
+        QTRY_VERIFY(reached > 1.0);
         const QPoint half = slider->rect().center();
         QTest::mousePress(slider, Qt::LeftButton, {}, QPoint(half.x() / 2, half.y()));
         QTest::mouseMove(slider, half);
-        QTRY_VERIFY(times.reached > 15.0); // brought there while the button is still down
+        QTRY_VERIFY(reached > 15.0); // brought there while the button is still down
         QTest::mouseRelease(slider, Qt::LeftButton, {}, half);
-        times.reached = -1.0; // that brought the history of the plots again
-        times.inOrder = true;
+        reached = -1.0; // that brought the history of the plots again
+        inOrder = true;
         QTRY_COMPARE_WITH_TIMEOUT(run.window.mode(), Sigvane::Idle, 30'000);
-        QVERIFY(times.inOrder);
-        QCOMPARE(times.reached, run.window.playbackEngine()->getMaxTimestamp());
+        QVERIFY(inOrder);
+        QCOMPARE(reached, run.window.playbackEngine()->getMaxTimestamp());
     }
 
     void recordedRunIsExportedAsItWasPrinted()

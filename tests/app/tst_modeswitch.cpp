@@ -37,12 +37,13 @@ struct RecordingRig : WindowRig
         if (!QTest::qWaitFor([this] { return window.router()->lastValues().value(u"A"_s) == 2.0; }))
             qFatal("nothing was heard");
     }
-    QString path() const { return window.recorder()->path(); }
-    QString chosen() const { return window.playback()->playbackFile(); }
-    QByteArray written() const { return readFile(path()); }
+    using End = void (RecordingRig::*)();
+    void stop() { press(u"Stop"_s); }
+    void play() { press(u"Play"_s); }
+    void playOther() { window.startPlayback(earlier); }
+    void unplug() { device.close(); }
+    void close() { window.close(); }
 };
-
-const QByteArray kWritten = "0.000000 A=1\n0.500000 A=2\n0.500000 RAW word\n";
 
 /// The window, and a file that takes several slices to load.
 struct LongLoadRig : WindowRig
@@ -176,22 +177,34 @@ private Q_SLOTS:
         QVERIFY(rig.window.findChild<RecordingStatus*>()->isVisibleTo(&rig.window));
     }
 
-    void stopEndsARecording()
+    void recordingEndsAsAWholeFile_data()
     {
-        const RecordingRig rig;
-        rig.press(u"Stop"_s);
-        QCOMPARE(rig.window.mode(), Sigvane::Idle);
-        QCOMPARE(rig.written(), kWritten);
-        QCOMPARE(rig.chosen(), rig.path());
-        QTRY_COMPARE(rig.status(), u"Recording stopped."_s);
+        QTest::addColumn<RecordingRig::End>("end");
+        QTest::addColumn<Sigvane::Mode>("mode");
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<bool>("becomesTheChosenOne");
+        const QString stopped = u"Recording stopped."_s;
+        const QString playing = u"Playing..."_s;
+        const QString lost = u"The device is gone. Press Connect when it is back."_s;
+        QTest::newRow("stop") << &RecordingRig::stop << Sigvane::Idle << stopped << true;
+        QTest::newRow("play") << &RecordingRig::play << Sigvane::Play << playing << true;
+        QTest::newRow("other file") << &RecordingRig::playOther << Sigvane::Play << playing << false;
+        QTest::newRow("device lost") << &RecordingRig::unplug << Sigvane::Idle << lost << true;
+        QTest::newRow("close") << &RecordingRig::close << Sigvane::Record << stopped << false;
     }
 
-    void playReplaysWhatWasRecorded()
+    void recordingEndsAsAWholeFile()
     {
-        const RecordingRig rig;
-        rig.press(u"Play"_s);
-        QCOMPARE(rig.window.mode(), Sigvane::Play);
-        QCOMPARE(rig.chosen(), rig.path());
+        QFETCH(RecordingRig::End, end);
+        QFETCH(Sigvane::Mode, mode);
+        QFETCH(QString, status);
+        RecordingRig rig;
+        (rig.*end)();
+        QTRY_COMPARE(rig.window.mode(), mode);
+        QTRY_COMPARE(rig.status(), status);
+        QVERIFY(!rig.window.recorder()->isRecording());
+        QCOMPARE(readFile(rig.window.recorder()->path()), "0.000000 A=1\n0.500000 A=2\n0.500000 RAW word\n");
+        QTEST(rig.window.playback()->playbackFile() != rig.earlier, "becomesTheChosenOne");
     }
 
     void cancelledLoadOfWhatWasRecordedLeadsToIdle()
@@ -214,44 +227,6 @@ private Q_SLOTS:
         rig.press(u"Play"_s);
         QTRY_COMPARE(rig.window.mode(), Sigvane::Idle);
         QCOMPARE(rig.answer.texts(), QStringList(u"Failed to load playback file"_s));
-    }
-
-    void replayOfAnotherFileEndsARecording()
-    {
-        RecordingRig rig;
-        rig.window.startPlayback(rig.earlier);
-        QCOMPARE(rig.window.mode(), Sigvane::Play);
-        QCOMPARE(rig.written(), kWritten);
-        QCOMPARE(rig.chosen(), rig.earlier);
-    }
-
-    void lostDeviceEndsARecording()
-    {
-        RecordingRig rig;
-        rig.device.close();
-        QTRY_COMPARE(rig.window.mode(), Sigvane::Idle);
-        QCOMPARE(rig.written(), kWritten);
-        QCOMPARE(rig.chosen(), rig.path());
-        QTRY_COMPARE(rig.status(), u"The device is gone. Press Connect when it is back."_s);
-    }
-
-    void otherProjectEndsARecording()
-    {
-        RecordingRig rig;
-        const QTemporaryDir other;
-        writeFile(other.filePath(u"dashboard_signals.def"_s), "\n");
-        QVERIFY(rig.window.setProjectDir(other.path()));
-        QCOMPARE(rig.window.mode(), Sigvane::Idle);
-        QCOMPARE(rig.written(), kWritten);
-    }
-
-    void closingTheWindowEndsARecording()
-    {
-        RecordingRig rig;
-        rig.window.close();
-        QVERIFY(!rig.window.recorder()->isRecording());
-        QCOMPARE(rig.written(), kWritten);
-        QCOMPARE(rig.chosen(), rig.earlier); // nothing is loaded any more
     }
 
     void modeThatIsAskedForEndsALoad()

@@ -107,25 +107,14 @@ private Q_SLOTS:
         QVERIFY(!rig.window.findChild<WidgetPalette*>()->isEnabled());
     }
 
-    void refusesWithABox_data()
+    void exportNeedsARecording()
     {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("record") << u"Record"_s << u"Serial"_s << u"Open a serial port before recording."_s;
-        QTest::newRow("play") << u"Play"_s << u"No File"_s << u"No playback file selected."_s;
-        QTest::newRow("signals") << u"Signals"_s << u"Export CSV"_s << u"No playback data loaded."_s;
-        QTest::newRow("events") << u"Events"_s << u"Export Events CSV"_s << u"No playback data loaded."_s;
-    }
-
-    void refusesWithABox()
-    {
-        QFETCH(QString, button);
         WindowRig rig;
-        rig.answer.press(QMessageBox::Ok);
-        rig.press(button);
-        QTEST(rig.answer.titles().join(u'|'), "title");
-        QTEST(rig.answer.texts().join(u'|'), "text");
+        rig.answer.press(QMessageBox::Ok).press(QMessageBox::Ok);
+        rig.press(u"Signals"_s);
+        rig.press(u"Events"_s);
+        QCOMPARE(rig.answer.titles(), QStringList({u"Export CSV"_s, u"Export Events CSV"_s}));
+        QCOMPARE(rig.answer.texts(), QStringList(2, u"No playback data loaded."_s));
     }
 
     void unlicensedExportShowsTheLicense()
@@ -151,18 +140,6 @@ private Q_SLOTS:
         rig.license.setAnswer(true, u"Bought"_s);
         rig.window.addWidget(u"DigitalDisplay"_s);
         QCOMPARE(rig.items().size(), 6);
-    }
-
-    void licenseThatGoesAwayIsUnknown()
-    {
-        Sigvane window;
-        const auto* chip = window.findChild<QLabel*>(u"licenseChip"_s);
-        {
-            LicenseCheck license(true, u"Bought"_s);
-            window.setLicenseCheck(&license);
-            QCOMPARE(chip->text(), u"Bought"_s);
-        }
-        QCOMPARE(chip->text(), u"Unknown license status"_s);
     }
 
     // --- Replay --------------------------------------------------------------------------------------------
@@ -227,23 +204,18 @@ private Q_SLOTS:
         QCOMPARE(rig.window.mode(), Sigvane::Idle);
         QVERIFY(rig.trendIsOnTheClock());
         QVERIFY(!rig.trend->series(u"A"_s));
-        QVERIFY(rig.xy->points().points().isEmpty());
     }
 
-    void clickInTheSliderJumpsThereOnce()
+    void clickInTheSliderJumpsThereAndNotFromTheHandle()
     {
         const SliderRig rig;
         const QSignalSpy seeks(rig.engine, &SignalPlaybackEngine::messageReset);
-        QTest::mouseClick(rig.slider, Qt::LeftButton, {}, rig.middle - QPoint(100, 0));
+        const QPoint quarter(rig.middle.x() / 2, rig.middle.y());
+        QTest::mouseClick(rig.slider, Qt::LeftButton, {}, quarter);
         QCOMPARE(seeks.size(), 1);
-        QVERIFY(rig.slider->value() < 400);
-    }
-
-    void pressOnTheHandleMovesNothing()
-    {
-        const SliderRig rig;
         const int step = rig.slider->value();
-        QTest::mousePress(rig.slider, Qt::LeftButton, {}, rig.middle + QPoint(4, 0));
+        QVERIFY(step < 300);
+        QTest::mousePress(rig.slider, Qt::LeftButton, {}, quarter + QPoint(4, 0));
         QCOMPARE(rig.slider->value(), step);
     }
 

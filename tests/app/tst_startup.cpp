@@ -58,16 +58,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(rig.dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
     }
 
-    void rejectedIntroductionEndsTheStart()
-    {
-        StartRig rig;
-        rig.answer.reject();
-        rig.window.startWith(rig.wanted);
-        QVERIFY(!rig.window.serial()->isOpen());
-        QTRY_VERIFY(!rig.window.isVisible());
-    }
-
-    void cancelledPickerEndsTheStart()
+    void startWithoutAProjectEndsTheProgram()
     {
         StartRig rig;
         rig.answer.accept().reject();
