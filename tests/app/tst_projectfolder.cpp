@@ -47,7 +47,7 @@ struct Rig
 
     QString makeProject(const QString& name) const
     {
-        const QString folder = dir.filePath(name);
+        QString folder = dir.filePath(name);
         QDir().mkpath(folder);
         writeFile(folder + u"/dashboard_signals.def"_s, kDefinitions);
         return folder;
