@@ -93,6 +93,9 @@ void DesignScene::bringOutlyingItemsIntoView()
     const QRectF canvas = sceneRect();
     const QRectF reachable =
         canvas.adjusted(kReachableMargin, kReachableMargin, -kReachableMargin, -kReachableMargin);
+    const auto onGrid = [](qreal coordinate) {
+        return toCoordinate(coordinate) / kGridSpacing * kGridSpacing;
+    };
     const QList<DashboardItem*> all = dashboardItems();
     for (DashboardItem* item : all) {
         const QRectF frame = item->sceneBoundingRect();
@@ -100,8 +103,7 @@ void DesignScene::bringOutlyingItemsIntoView()
             continue;
         const qreal x = std::clamp(frame.x(), 0.0, std::max(0.0, canvas.right() - frame.width()));
         const qreal y = std::clamp(frame.y(), 0.0, std::max(0.0, canvas.bottom() - frame.height()));
-        item->setPos(toCoordinate(x) / kGridSpacing * kGridSpacing,
-                     toCoordinate(y) / kGridSpacing * kGridSpacing);
+        item->setPos(onGrid(x), onGrid(y));
     }
 }
 

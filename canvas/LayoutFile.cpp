@@ -132,7 +132,7 @@ void LayoutFile::load(const QString& folder)
 
 QString LayoutFile::saveTo(const QString& path)
 {
-    const QString failure = tr("Could not save layout.");
+    QString failure = tr("Could not save layout.");
     const QFileInfo existing(path);
     if (path.isEmpty() || (existing.exists() && !existing.isFile()))
         return failure;
@@ -159,7 +159,7 @@ QString LayoutFile::loadFrom(const QString& path)
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return tr("Could not load layout.");
-    const QString invalid = tr("Invalid layout format.");
+    QString invalid = tr("Invalid layout format.");
     if (file.size() > kMaxFileBytes)
         return invalid;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
@@ -196,7 +196,7 @@ void LayoutFile::replaceItems(const QJsonObject& layout)
         item->requestDelete();
     QList<DashboardItem*> added;
     const QJsonArray records = layout.value(QLatin1String("items")).toArray();
-    for (const QJsonValue& record : records) {
+    for (const auto& record : records) {
         DashboardItem* item = DashboardItem::fromJson(record.toObject());
         if (!item)
             continue;

@@ -27,6 +27,8 @@ CsvExportController::CsvExportController(const ActiveDefinitions* definitions, Q
     , m_dialogParent(dialogParent)
 {}
 
+// Kept here while it is exported, as another one may be loaded meanwhile.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void CsvExportController::exportSignals(std::shared_ptr<const SignalRecording> recording)
 {
     if (m_running || !recording)

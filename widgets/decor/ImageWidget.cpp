@@ -90,8 +90,9 @@ QRectF centred(const QSize& picture, const QSize& box, bool expanding, const QSi
         width = box.width();
         height = qint64(box.width()) * picture.height() / picture.width();
     }
-    return QRectF((widget.width() - 1) / 2 - width / 2, (widget.height() - 1) / 2 - height / 2, width,
-                  height);
+    const qint64 left = (widget.width() - 1) / 2 - width / 2;
+    const qint64 top = (widget.height() - 1) / 2 - height / 2;
+    return QRectF(double(left), double(top), double(width), double(height));
 }
 
 } // namespace
@@ -211,7 +212,7 @@ QString ImageWidget::pathToSave() const
     if (folder.isEmpty() || !QDir::isAbsolutePath(m_path))
         return m_path;
     // The project may have been opened through a link, and the picture dropped by its real path.
-    const QString direct = QDir(folder).relativeFilePath(m_path);
+    QString direct = QDir(folder).relativeFilePath(m_path);
     const QString realFolder = QFileInfo(folder).canonicalFilePath();
     const QString realPath = QFileInfo(m_path).canonicalFilePath();
     if (realFolder.isEmpty() || !realPath.startsWith(realFolder + QLatin1Char('/')))

@@ -58,8 +58,9 @@ Stamp newStamp(QPoint phase, int radius, double scale)
     stamp.weights.resize(size_t(lanes) * size_t(box.height()));
     for (int y = 0; y < box.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        float* weights = stamp.weights.data() + qsizetype(y) * lanes;
         for (int x = 0; x < box.width(); ++x)
-            stamp.weights[size_t(y * lanes + x)] = float(qAlpha(line[x])) / 255.0F;
+            weights[x] = float(qAlpha(line[x])) / 255.0F;
     }
     return stamp;
 }
@@ -139,14 +140,15 @@ public:
 private:
     void sortIntoBands(const QRect& box, int bandHeight, const QList<CloudDot>& dots)
     {
-        m_bands.resize(size_t((box.height() - 1) / bandHeight + 1));
+        const int bandCount = (box.height() - 1) / bandHeight + 1;
+        m_bands.resize(size_t(bandCount));
         for (std::vector<CloudDot>& band : m_bands)
             band.reserve(2 * size_t(dots.size()) / m_bands.size());
         for (const CloudDot& dot : dots) {
             if (!isVisible(dot, m_centres))
                 continue;
             const int y = m_rows.at(dot.centre.y()).pixel - box.top();
-            const int last = std::min((y + m_reach) / bandHeight, int(m_bands.size()) - 1);
+            const int last = std::min((y + m_reach) / bandHeight, bandCount - 1);
             for (int i = std::max(y - m_reach, 0) / bandHeight; i <= last; ++i)
                 m_bands[size_t(i)].push_back(dot); // a copy: the next ones to be read lie beside it
         }
@@ -170,7 +172,7 @@ private:
 
     void add(const AxisPlaces::Place& column, const AxisPlaces::Place& row, float alpha)
     {
-        Stamp& stamp = m_stamps[size_t(row.phase * kPhases + column.phase)];
+        Stamp& stamp = m_stamps[size_t(row.phase) * kPhases + size_t(column.phase)];
         if (stamp.rows == 0)
             stamp = newStamp({column.phase, row.phase}, m_radius, m_scale);
         float* clear = clearAt(column.pixel + stamp.corner.x(), row.pixel + stamp.corner.y());
@@ -190,6 +192,7 @@ private:
             const float* clear = clearAt(band.left(), band.top() + y);
             auto* line = reinterpret_cast<QRgb*>(m_image.scanLine(y));
             for (int x = 0; x < band.width(); ++x)
+                // NOLINTNEXTLINE(bugprone-incorrect-roundings): it is not negative, and a call would cost
                 line[x] = shades[size_t(int((1.0F - clear[x]) * 255.0F + 0.5F))];
         }
     }
@@ -201,10 +204,10 @@ private:
     int m_radius;
     int m_reach; ///< no dot covers a pixel further than this from that of its centre
     QRect m_box; ///< of m_clear, in device pixels
-    std::array<Stamp, kPhases * kPhases> m_stamps; ///< each made when a dot first needs it
-    std::vector<std::vector<CloudDot>> m_bands;    ///< the dots that touch each band
-    std::vector<float> m_clear;                    ///< the share of the background in each pixel of a band
-    QImage m_image;                                ///< the band in colour
+    std::array<Stamp, size_t(kPhases) * kPhases> m_stamps; ///< each made when a dot first needs it
+    std::vector<std::vector<CloudDot>> m_bands;            ///< the dots that touch each band
+    std::vector<float> m_clear; ///< the share of the background in each pixel of a band
+    QImage m_image;             ///< the band in colour
 };
 
 /// What the dots with a centre in that area touch; not valid when there is none.
