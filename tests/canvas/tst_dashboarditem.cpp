@@ -274,8 +274,11 @@ private Q_SLOTS:
         Designed canvas;
         const QPointer<DashboardWidget> widget = canvas.item->widget();
         ModalAnswer answer;
-        QTimer::singleShot(0, &canvas.scene, [&canvas] { canvas.item->requestDelete(); });
-        pick(canvas, {200, 200}, u"Delete"_s);
+        QTimer::singleShot(0, qApp, [&canvas] {
+            canvas.item->requestDelete();
+            QTimer::singleShot(0, qApp, [] { answerMenu(u"Delete"_s); }); // after what that left to the loop
+        });
+        canvas.contextMenu({200, 200});
         QVERIFY(answer.titles().isEmpty()); // there is nothing left to ask about
         QVERIFY(widget);                    // not while its own handler runs
         QTRY_VERIFY(!widget);
