@@ -71,7 +71,7 @@ void run(benchmark::State& state, int valuesPerIteration, Deliver deliver)
 {
     g_delivered = 0;
     double value = 0.0;
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         deliver(value += 1.0);
     if (g_delivered != qint64(state.iterations()) * valuesPerIteration)
         state.SkipWithError("values were lost or delivered twice");

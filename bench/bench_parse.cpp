@@ -89,7 +89,7 @@ void limit(benchmark::State& state)
     const QByteArray& bytes = outputFor(state);
     std::array<double, kMaxValues> numbers{};
     qint64 lines = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         const char* at = bytes.constData();
         const char* const end = at + bytes.size();
         while (const void* found = std::memchr(at, '\n', std::size_t(end - at))) {
@@ -119,7 +119,7 @@ void sigvane(benchmark::State& state)
                      [&](double time, const QMap<QString, double>& values) { counter.values(time, values); });
     QObject::connect(&manager, &SerialManager::unrecognizedParsed, &manager,
                      [&](double time, const QString& text) { counter.text(time, text); });
-    for (auto _ : state)
+    for ([[maybe_unused]] auto _ : state)
         inReads(bytes, [&](const QByteArray& read) { manager.receive(read); });
     benchmark::DoNotOptimize(counter.sum);
     countLines(state, counter.lines);
@@ -131,7 +131,7 @@ void plain(benchmark::State& state)
     const QByteArray& bytes = outputFor(state);
     Counter counter;
     QByteArray buffer;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         inReads(bytes, [&](const QByteArray& read) {
             buffer += read;
             const qsizetype end = buffer.lastIndexOf('\n') + 1;

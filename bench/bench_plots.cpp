@@ -63,9 +63,9 @@ double milliseconds(const std::function<void()>& work)
 
 double medianMs(int runs, const std::function<void()>& work)
 {
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run)
-        times.push_back(milliseconds(work));
+    std::vector<double> times(std::size_t(runs), 0.0);
+    for (double& time : times)
+        time = milliseconds(work);
     std::sort(times.begin(), times.end());
     return times[times.size() / 2];
 }
@@ -392,7 +392,7 @@ void measureHostilePictures()
         image.fill(0);
         for (int y = 0; y < size.height(); y += 2)
             image.scanLine(y)[image.bytesPerLine() / 2] = 1;
-        const QString path = dir.filePath(QLatin1String(name));
+        QString path = dir.filePath(QLatin1String(name));
         if (!image.save(path))
             die("cannot write a picture");
         return path;

@@ -24,7 +24,7 @@ namespace {
 constexpr int kRows = 1'000'000;
 constexpr int kSignals = 10;
 constexpr int kRuns = 3; // the median counts
-constexpr qsizetype kPieceBytes = 64 * 1024;
+constexpr qsizetype kPieceBytes = 65'536;
 constexpr qsizetype kRowRoom = 1024;
 
 using Numbers = std::vector<double>; // row after row

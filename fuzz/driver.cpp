@@ -22,7 +22,7 @@ extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* argc, char*** arg
 
 namespace {
 
-constexpr std::size_t kMaxInput = 64 * 1024;
+constexpr std::size_t kMaxInput = 65'536;
 
 class Mutator
 {

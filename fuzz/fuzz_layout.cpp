@@ -39,12 +39,13 @@ void feed(DesignScene& scene)
 {
     constexpr double kHostile[] = {std::numeric_limits<double>::quiet_NaN(),
                                    std::numeric_limits<double>::infinity(), -1e308, 5e-324, 42.0};
+    const QList<TrendPlotWidget*> plots = scene.widgetsOfType<TrendPlotWidget>(false);
+    for (TrendPlotWidget* plot : plots) {
+        plot->setExternalTimeEnabled(true);
+        plot->setExternalNowMs(42'000);
+    }
     const QList<DashboardWidget*> widgets = scene.widgetsOfType<DashboardWidget>(false);
     for (DashboardWidget* widget : widgets) {
-        if (auto* plot = dynamic_cast<TrendPlotWidget*>(widget)) {
-            plot->setExternalTimeEnabled(true);
-            plot->setExternalNowMs(42'000);
-        }
         const QStringList names = widget->assignedSignalList();
         for (const double value : kHostile) {
             for (const QString& name : names)
