@@ -6,10 +6,8 @@
 #include "support/SmallDisk.h"
 
 #include <QCheckBox>
-#include <QDir>
 #include <QDoubleSpinBox>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QSignalSpy>
 #include <QTest>
@@ -25,13 +23,13 @@ class TestCsvExportController : public QObject
     struct Rig
     {
         const QTemporaryDir dir;
+        const QString folder = dir.filePath(u"exports"_s); // which is not there yet
         ActiveDefinitions definitions;
         CsvExportController controller{&definitions, nullptr};
         const QSignalSpy messages{&controller, &CsvExportController::statusMessage};
         ModalAnswer answer;
 
-        Rig() { controller.setExportFolder(folder()); }
-        QString folder() const { return dir.filePath(u"exports"_s); } // which is not there yet
+        Rig() { controller.setExportFolder(folder); }
 
         /// Answers the first dialog: the first signal, in physical units.
         void chooseSignal(double hz = 0.0)
@@ -43,33 +41,9 @@ class TestCsvExportController : public QObject
                 dialog->accept();
             });
         }
-        /// Answers the save dialog, which asks before it closes when there is such a file.
-        void chooseFile(const QString& path)
+        void exportSignals(const QByteArray& lines)
         {
-            answer.then([path](QDialog* dialog) {
-                dialog->findChild<QLineEdit*>()->setText(path);
-                QMetaObject::invokeMethod(dialog, &QDialog::accept, Qt::QueuedConnection);
-            });
-            if (QFile::exists(path))
-                answer.press(QMessageBox::Yes);
-        }
-        static std::shared_ptr<SignalRecording> recording(const QByteArray& lines)
-        {
-            return std::make_shared<SignalRecording>(recordingOf(lines));
-        }
-        /// What the file holds after an export to where it is proposed.
-        QByteArray signalsCsv(const QByteArray& lines)
-        {
-            chooseSignal();
-            answer.accept();
-            controller.exportSignals(recording(lines));
-            return readFile(folder() + u"/signals.csv"_s);
-        }
-        QByteArray eventsCsv(const QByteArray& lines)
-        {
-            answer.accept();
-            controller.exportEvents(recording(lines));
-            return readFile(folder() + u"/events.csv"_s);
+            controller.exportSignals(std::make_shared<SignalRecording>(recordingOf(lines)));
         }
     };
 
@@ -84,8 +58,7 @@ private Q_SLOTS:
                 offered << list->item(row)->text();
             dialog->reject();
         });
-        rig.controller.exportSignals(rig.recording("0 b=1 C=1 A=1 a=1\n1 B=1\n"));
-        QCOMPARE(rig.answer.titles(), QStringList(u"Export CSV"_s));
+        rig.exportSignals("0 b=1 C=1 A=1 a=1\n1 B=1\n");
         QCOMPARE(offered, QStringList({u"A"_s, u"B"_s, u"C"_s, u"a"_s, u"b"_s}));
     }
 
@@ -93,42 +66,36 @@ private Q_SLOTS:
     {
         Rig rig;
         rig.answer.accept().press(QMessageBox::Ok);
-        rig.controller.exportSignals(rig.recording("0 A=1\n"));
+        rig.exportSignals("0 A=1\n");
         QCOMPARE(rig.answer.titles(), QStringList({u"Export CSV"_s, u"Export CSV"_s}));
         QCOMPARE(rig.answer.texts().last(), u"No signals selected."_s);
     }
 
-    void saysThatSignalsAreExported()
+    void exportsSignalsWithTheRecordingsOwnDefinitions()
     {
         Rig rig;
-        rig.signalsCsv("0 A=1\n");
+        rig.definitions.setProject(catalogueOf("DASHBOARD_SIGNAL(A, \"Project's\", M)\n"));
+        rig.definitions.setRecording(
+            catalogueOf("DASHBOARD_MAPPING(M, -40, 0.5)\nDASHBOARD_SIGNAL(A, \"T, °C\", M)\n"));
+        rig.chooseSignal();
+        rig.answer.accept();
+        rig.exportSignals("0 A=10 B=2\n");
+        QCOMPARE(readFile(rig.folder + u"/signals.csv"_s), "time,T, °C(mapped)\n0.000000,-35\n");
         QCOMPARE(rig.messages.size(), 1);
         QCOMPARE(rig.messages[0], QVariantList({u"CSV exported → signals.csv"_s, 4000}));
     }
 
-    void saysThatEventsAreExported()
-    {
-        Rig rig;
-        rig.eventsCsv("0 A=1\n");
-        QCOMPARE(rig.answer.titles(), QStringList(u"Export CSV"_s));
-        QCOMPARE(rig.messages.size(), 1);
-        QCOMPARE(rig.messages[0], QVariantList({u"Events CSV exported → events.csv"_s, 4000}));
-    }
-
-    void writesSignalsWithTheRecordingsOwnDefinitions()
-    {
-        Rig rig;
-        rig.definitions.setProject(catalogueOf("DASHBOARD_SIGNAL(A, \"Project's\", M)\n"));
-        rig.definitions.setRecording(catalogueOf("DASHBOARD_SIGNAL(A, \"Own\", M)\n"));
-        QCOMPARE(rig.signalsCsv("0 A=1 B=2\n"), "time,Own(mapped)\n0.000000,1\n");
-    }
-
-    void writesEventsWithTheRecordingsOwnDefinitions()
+    void exportsEventsWithTheRecordingsOwnDefinitions()
     {
         Rig rig;
         rig.definitions.setProject(catalogueOf("DASHBOARD_ERROR(E, 1, \"Project's\")\n"));
         rig.definitions.setRecording(catalogueOf("DASHBOARD_ERROR(E, 1, \"Own\")\n"));
-        QCOMPARE(rig.eventsCsv("0 ERR=E\n"), "time,type,key,value,display\n0.000000,ERROR,\"E\",,\"Own\"\n");
+        rig.answer.accept();
+        rig.controller.exportEvents(std::make_shared<SignalRecording>(recordingOf("0 ERR=E\n")));
+        QCOMPARE(readFile(rig.folder + u"/events.csv"_s),
+                 "time,type,key,value,display\n0.000000,ERROR,\"E\",,\"Own\"\n");
+        QCOMPARE(rig.messages.size(), 1);
+        QCOMPARE(rig.messages[0], QVariantList({u"Events CSV exported → events.csv"_s, 4000}));
     }
 
     void leavesTheOldFileWhenItCannotExport_data()
@@ -151,9 +118,13 @@ private Q_SLOTS:
         const QString old = writeFile(rig.dir.filePath(u"old.csv"_s), "precious");
         QCOMPARE(::mkfifo(qPrintable(rig.dir.filePath(u"pipe.csv"_s)), 0600), 0);
         rig.chooseSignal(1000.0);
-        rig.chooseFile(rig.dir.filePath(file));
+        rig.answer.then([&](QDialog* dialog) {
+            qobject_cast<QFileDialog*>(dialog)->setOption(QFileDialog::DontConfirmOverwrite);
+            qobject_cast<QFileDialog*>(dialog)->selectFile(rig.dir.filePath(file));
+            dialog->accept();
+        });
         rig.answer.reject(); // the progress or a box
-        rig.controller.exportSignals(rig.recording("0 A=1\n" + last + " A=2\n"));
+        rig.exportSignals("0 A=1\n" + last + " A=2\n");
         QTEST(rig.answer.texts().last(), "text");
         QCOMPARE(rig.answer.titles().last(), u"Export CSV"_s);
         QCOMPARE(readFile(old), "precious");
@@ -164,16 +135,14 @@ private Q_SLOTS:
     void saysThatTheDiskIsFull()
     {
         Rig rig;
-        const SmallDisk disk(rig.folder());
+        const SmallDisk disk(rig.folder);
         if (!disk.isMounted())
             QSKIP("mounting a small disk is not permitted here");
-        const QString old = writeFile(rig.folder() + u"/old.csv"_s, "precious");
         rig.chooseSignal(1000.0);
-        rig.chooseFile(old);
-        rig.answer.press(QMessageBox::Ok);
-        rig.controller.exportSignals(rig.recording("0 A=1\n99 A=2\n"));
+        rig.answer.accept().press(QMessageBox::Ok);
+        rig.exportSignals("0 A=1\n99 A=2\n");
         QCOMPARE(rig.answer.texts().last(), u"Could not write the file: "_s + qt_error_string(ENOSPC));
-        QCOMPARE(readFile(old), "precious");
+        QVERIFY(!QFile::exists(rig.folder + u"/signals.csv"_s));
     }
 };
 
