@@ -18,13 +18,13 @@ struct Rig
     QString folder = dir.filePath(u"recordings"_s); // which is not there yet
     SignalRecorder recorder;
 
-    [[nodiscard]] bool tryToStart(const QString& definitions = {})
+    [[nodiscard]] bool tryToStart()
     {
-        return recorder.start(folder, definitions, QDateTime(QDate(2024, 1, 31), QTime(14, 22, 5)));
+        return recorder.start(folder, {}, QDateTime(QDate(2024, 1, 31), QTime(14, 22, 5)));
     }
-    void start(const QString& definitions = {})
+    void start()
     {
-        if (!tryToStart(definitions))
+        if (!tryToStart())
             qFatal("%s", qPrintable(recorder.startProblem()));
     }
     /// What the file holds when the recording has ended.
@@ -79,25 +79,16 @@ private Q_SLOTS:
         QCOMPARE(rig.recorder.byteCount(), 17);
     }
 
-    void copiesTheDefinitionsBesideTheRecording()
-    {
-        Rig rig;
-        rig.start(writeFile(rig.dir.filePath(u"dashboard_signals.def"_s), "DASHBOARD_ERROR(E, 1, \"e\")\n"));
-        QCOMPARE(readFile(rig.folder + u"/log_20240131_142205.signals.h"_s),
-                 "DASHBOARD_ERROR(E, 1, \"e\")\n");
-    }
-
     void replacesTheRecordingOfTheSameSecond()
     {
         Rig rig;
-        rig.start(writeFile(rig.dir.filePath(u"dashboard_signals.def"_s), "\n"));
+        rig.start();
         rig.recorder.writeError(1.0, u"OLD"_s);
         rig.recorder.stop();
         rig.start();
         rig.recorder.writeError(5.0, u"NEW"_s);
         QCOMPARE(rig.stopped(), "0.000000 ERR=NEW\n");
         QCOMPARE(rig.recorder.lineCount(), 1);
-        QVERIFY(!QFile::exists(companionDefinitionsPath(rig.recorder.path())));
     }
 
     void saysWhyItCannotBegin_data()
