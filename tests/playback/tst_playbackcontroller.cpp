@@ -220,6 +220,18 @@ private Q_SLOTS:
         QCOMPARE(rig.engine.getMaxTimestamp(), 7.0);
     }
 
+    void cancelledLoadLeadsBackToIdle()
+    {
+        Rig rig;
+        rig.control.showRecorded(rig.dir.filePath(u"a.rec"_s)); // which is not there yet
+        rig.recording();
+        const QSignalSpy idle(&rig.control, &PlaybackController::idleRequested);
+        connect(&rig.engine, &SignalPlaybackEngine::loadProgressed, &rig.engine,
+                &SignalPlaybackEngine::cancelLoading);
+        rig.play();
+        QCOMPARE(idle.size(), 1);
+    }
+
     // --- Live lines ---
 
     void liveLineWaitsForTheHeldSlider()
@@ -271,15 +283,6 @@ private Q_SLOTS:
         QCOMPARE(rig.answer.titles(), QStringList(u"Error"_s));
         QCOMPARE(rig.answer.texts(), QStringList(u"Failed to load playback file"_s));
         QVERIFY(!rig.playing);
-    }
-
-    void saysThatThereIsNothingToExport()
-    {
-        Rig rig;
-        rig.answer.press(QMessageBox::Ok);
-        QVERIFY(!rig.control.recordingToExport(u"Export CSV"_s));
-        QCOMPARE(rig.answer.titles(), QStringList(u"Export CSV"_s));
-        QCOMPARE(rig.answer.texts(), QStringList(u"No playback data loaded."_s));
     }
 
     // --- Its definitions ---
