@@ -28,13 +28,6 @@ class LineValuesTest : public QObject
     };
 
 private Q_SLOTS:
-    void repeatedKeyKeepsItsLastNumber()
-    {
-        Rig rig;
-        QCOMPARE(rig.map(u'A', 2.0), (ValueMap{{u"A"_s, 2.0}}));
-        QCOMPARE(rig.map(u'A', 3.0), (ValueMap{{u"A"_s, 3.0}}));
-    }
-
     void heldMapStaysAsItIs()
     {
         Rig rig;
