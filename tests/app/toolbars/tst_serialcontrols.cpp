@@ -1,16 +1,18 @@
+#include "app/Sigvane.h"
+#include "app/status/ConnectionStatus.h"
 #include "app/toolbars/PortComboBox.h"
 #include "app/toolbars/SerialControls.h"
+#include "serial/SerialManager.h"
 #include "support/PseudoTerminal.h"
 
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
-#include <QToolBar>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
-// The controls on a toolbar, used with mouse and keys, on a real pseudo-terminal.
+// The controls in the window, used with mouse and keys on a pseudo-terminal, and the status bar beside them.
 class SerialControlsTest : public QObject
 {
     Q_OBJECT
@@ -18,23 +20,25 @@ class SerialControlsTest : public QObject
     struct Rig
     {
         PseudoTerminal device;
-        SerialManager serial;
-        QToolBar bar;
-        SerialControls controls{&serial, &bar};
-        QSerialPort* serialPort = serial.findChild<QSerialPort*>();
-        PortComboBox* port = bar.findChild<PortComboBox*>();
-        QComboBox* baud = bar.findChild<QComboBox*>(u"baudBox"_s);
-        QToolButton* button = bar.findChild<QToolButton*>(u"connectButton"_s);
-        QSignalSpy lost{&controls, &SerialControls::lost};
+        Sigvane window;
+        SerialManager* serial = window.serial();
+        QSerialPort* serialPort = serial->findChild<QSerialPort*>();
+        SerialControls* controls = window.findChild<SerialControls*>();
+        PortComboBox* port = window.findChild<PortComboBox*>();
+        QComboBox* baud = window.findChild<QComboBox*>(u"baudBox"_s);
+        QToolButton* button = window.findChild<QToolButton*>(u"connectButton"_s);
+        ConnectionStatus* status = window.findChild<ConnectionStatus*>();
+        QSignalSpy lost{controls, &SerialControls::lost};
 
         Rig()
         {
-            bar.show();
-            if (!QTest::qWaitForWindowActive(&bar))
-                qFatal("no toolbar");
+            window.show();
+            if (!QTest::qWaitForWindowActive(&window))
+                qFatal("no window");
         }
         static void type(QComboBox* box, const QString& text)
         {
+            box->setFocus();
             box->lineEdit()->selectAll();
             QTest::keyClicks(box->lineEdit(), text);
         }
@@ -55,17 +59,30 @@ class SerialControlsTest : public QObject
     }
 
 private Q_SLOTS:
-    void offersThePortsOfTheManager()
+    void offersThePortsFromTheBeginning()
+    {
+        const Rig rig;
+        const QStringList ports = rig.serial->availablePorts();
+        if (ports.isEmpty())
+            QSKIP("this machine has no serial port");
+        QCOMPARE(itemsOf(rig.port), ports);
+    }
+
+    void newPortsKeepWhatWasTyped()
     {
         Rig rig;
-        Q_EMIT rig.serial.portsChanged({u"ttyACM0"_s, u"ttyUSB0"_s});
-        QCOMPARE(itemsOf(rig.port), QStringList({u"ttyACM0"_s, u"ttyUSB0"_s}));
+        const QStringList ports{u"ttyUSB0"_s, u"ttyUSB10"_s};
+        Q_EMIT rig.serial->portsChanged(ports);
+        rig.type(rig.port, u"ttyUSB1"_s); // not completed to the listed one
+        Q_EMIT rig.serial->portsChanged(ports);
+        QCOMPARE(rig.port->currentText(), u"ttyUSB1"_s);
+        QCOMPARE(itemsOf(rig.port), ports);
     }
 
     void popupAsksForThePortsAnew()
     {
         Rig rig;
-        const QSignalSpy refreshes(&rig.serial, &SerialManager::portsChanged);
+        const QSignalSpy refreshes(rig.serial, &SerialManager::portsChanged);
         rig.port->showPopup();
         QCOMPARE(refreshes.size(), 1);
     }
@@ -78,16 +95,13 @@ private Q_SLOTS:
         QCOMPARE(rig.baud->currentText(), u"115200"_s);
     }
 
-    void opensAtTheChosenRateOtherwiseAsDescribed()
+    void opensAtTheChosenRate()
     {
         const Rig rig;
         rig.baud->setCurrentIndex(rig.baud->findText(u"9600"_s));
         rig.open(rig.device.portName());
         QCOMPARE(rig.device.speed(), 9600);
-        QCOMPARE(rig.serialPort->dataBits(), QSerialPort::Data8);
-        QCOMPARE(rig.serialPort->parity(), QSerialPort::NoParity);
-        QCOMPARE(rig.serialPort->stopBits(), QSerialPort::OneStop);
-        QCOMPARE(rig.serialPort->flowControl(), QSerialPort::NoFlowControl);
+        QVERIFY(rig.status->toolTip().startsWith(rig.device.portName() + u" open at 9600 baud"_s));
     }
 
     void opensAtTheTypedRate()
@@ -98,24 +112,16 @@ private Q_SLOTS:
         QCOMPARE(rig.serialPort->baudRate(), 1920);
     }
 
-    void refusesWhatIsNoRate_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("zero") << u"0"_s;
-        QTest::newRow("too large") << u"99999999999"_s;
-    }
-
     void refusesWhatIsNoRate()
     {
-        QFETCH(QString, text);
         Rig rig;
-        const QSignalSpy messages(&rig.controls, &SerialControls::statusMessage);
+        const QSignalSpy messages(rig.controls, &SerialControls::statusMessage);
         rig.baud->setCurrentIndex(1);
-        rig.type(rig.baud, text);
+        rig.type(rig.baud, u"0"_s);
         rig.open(rig.device.portName());
         QCOMPARE(rig.serialPort->baudRate(), 57600); // the last good one
         QCOMPARE(rig.baud->currentText(), u"57600"_s);
-        QCOMPARE(messages.value(0).value(0), u"Not a baud rate: "_s + text);
+        QCOMPARE(messages.value(0).value(0), u"Not a baud rate: 0"_s);
     }
 
     void buttonSaysWhatItDoes()
@@ -127,23 +133,32 @@ private Q_SLOTS:
         QCOMPARE(rig.button->text(), u"Disconnect"_s);
         rig.press();
         QCOMPARE(rig.button->text(), u"Connect"_s);
-        QVERIFY(!rig.serial.isOpen());
+        QVERIFY(!rig.serial->isOpen());
+        QCOMPARE(rig.status->toolTip(), rig.device.portName() + u" not connected"_s);
     }
 
     void shortcutWorksAsTheButton()
     {
         Rig rig;
         rig.open(rig.device.portName());
-        QTest::keyClick(&rig.bar, Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
-        QVERIFY(!rig.serial.isOpen());
+        QTest::keyClick(&rig.window, Qt::Key_K, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(!rig.serial->isOpen());
     }
 
-    void failedOpenLeavesTheButton()
+    void failedOpenIsSaid()
     {
         const Rig rig;
         rig.open(u"/no/such/port"_s);
-        QVERIFY(!rig.serial.isOpen());
         QCOMPARE(rig.button->text(), u"Connect"_s);
+        QVERIFY(rig.status->toolTip().startsWith(u"/no/such/port not open · "_s));
+    }
+
+    void countsTheLines()
+    {
+        Rig rig;
+        rig.open(rig.device.portName());
+        QVERIFY(rig.device.writeAll("A=1\r\n\nword\n"));
+        QTRY_COMPARE(rig.status->lineCount(), 2);
     }
 
     void pulledPlugClosesThePort()
@@ -153,19 +168,19 @@ private Q_SLOTS:
         rig.open(portName);
         rig.device.close();
         QTRY_COMPARE(rig.lost.size(), 1);
-        QCOMPARE(rig.lost.first().first().toString(), portName);
-        QVERIFY(!rig.serial.isOpen());
+        QVERIFY(!rig.serial->isOpen());
         QCOMPARE(rig.button->text(), u"Connect"_s);
+        QVERIFY(rig.status->toolTip().startsWith(portName + u": the device is gone"_s));
     }
 
     void lateReportOfALossLeavesTheNextPortOpen()
     {
         Rig rig;
         rig.open(rig.device.portName());
-        Q_EMIT rig.serial.deviceLost();
-        QVERIFY(rig.controls.openPort(rig.device.portName()));
+        Q_EMIT rig.serial->deviceLost();
+        QVERIFY(rig.controls->openPort(rig.device.portName()));
         QCoreApplication::processEvents();
-        QVERIFY(rig.serial.isOpen());
+        QVERIFY(rig.serial->isOpen());
         QCOMPARE(rig.lost.size(), 0);
     }
 };
