@@ -254,17 +254,9 @@ private Q_SLOTS:
                  changedAtOnce ? QStringList{row.key} : QStringList());
     }
 
-    void limitsOpenEnabledWithoutAutoscale()
-    {
-        const Configured configured("TrendPlot", {{"autoscale", false}});
-        QVERIFY(configured.editor("Y min:")->isEnabled());
-        QVERIFY(configured.editor("Y max:")->isEnabled());
-    }
-
     void limitsFollowAutoscale()
     {
-        const Configured configured("TrendPlot");
-        qobject_cast<QCheckBox*>(configured.editor("Autoscale Y:"))->setChecked(false);
+        const Configured configured("TrendPlot", {{"autoscale", false}});
         QVERIFY(configured.editor("Y min:")->isEnabled());
         QVERIFY(configured.editor("Y max:")->isEnabled());
         qobject_cast<QCheckBox*>(configured.editor("Autoscale Y:"))->setChecked(true);
@@ -280,6 +272,25 @@ private Q_SLOTS:
         QCOMPARE(configured.saved()["maxLines"], 500);
         QTest::keyClicks(editor, "0\r");
         QCOMPARE(configured.saved()["maxLines"], 700);
+    }
+
+    void loadsOddEntries_data()
+    {
+        QTest::addColumn<QByteArray>("type");
+        QTest::addColumn<QJsonObject>("entry");
+        QTest::addColumn<QJsonValue>("taken");
+        QTest::newRow("half a range") << "AnalogGauge"_ba << QJsonObject{{"max", 7}} << QJsonValue(100);
+        QTest::newRow("no number") << "BarGraph"_ba << QJsonObject{{"max", "1"}} << QJsonValue(0);
+        QTest::newRow("too thin") << "Line"_ba << QJsonObject{{"thickness", -5}} << QJsonValue(1);
+        QTest::newRow("no colour") << "Line"_ba << QJsonObject{{"color", "green"}} << QJsonValue("Black");
+        QTest::newRow("no way") << "TextLabel"_ba << QJsonObject{{"align", "left"}} << QJsonValue("Center");
+    }
+
+    void loadsOddEntries()
+    {
+        QFETCH(QByteArray, type);
+        QFETCH(QJsonObject, entry);
+        QTEST(QJsonValue(Configured(type, entry).saved()[entry.constBegin().key()]), "taken");
     }
 
 private:
