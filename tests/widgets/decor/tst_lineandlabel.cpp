@@ -4,33 +4,45 @@
 
 #include <QTest>
 
-using namespace Qt::StringLiterals;
-
-// LineWidget and TextLabelWidget: what the contract of all widgets does not cover.
+// LineWidget and TextLabelWidget: what the tests of all widgets do not cover.
 class TestLineAndLabel : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void lineIsAsThickAsTheLayoutSays()
+    void lineIsNoThickerThanItsWidget()
     {
         LineWidget line;
         line.resize(40, 30);
-        line.loadConfig({{"thickness", 25}, {"color", "black"}}); // more than the dialog offers
-        QCOMPARE(darkPixels(picture(line), line.rect()), 40 * 25);
+        line.loadConfig({{"thickness", 2147483647}, {"color", "Black"}});
+        QCOMPARE(darkPixels(picture(line, 2), QRect(0, 0, 80, 60)), 80 * 60);
     }
 
-    void lineStandsUpright()
+    void labelHasItsColor_data()
     {
-        LineWidget line;
-        line.resize(40, 30);
-        line.loadConfig({{"orientation", "Vertical"}, {"thickness", 3}, {"color", "Green"}});
-        const QImage image = picture(line);
-        for (int x = 17; x < 24; ++x)
-            QCOMPARE(image.pixelColor(x, 0) == Qt::darkGreen, x >= 19 && x <= 21);
+        QTest::addColumn<QColor>("color");
+        QTest::newRow("Green") << QColor(0, 128, 0);
+        QTest::newRow("Red") << QColor(255, 0, 0);
+        QTest::newRow("green") << QColor(0, 0, 0); // no name of ours
     }
 
-    void labelStandsWhereItIsAligned_data() { alignments(); }
+    void labelHasItsColor()
+    {
+        QFETCH(QColor, color);
+        TextLabelWidget label;
+        label.resize(100, 90);
+        label.loadConfig({{"text", "I"}, {"color", QTest::currentDataTag()}, {"point", 72}, {"bold", true}});
+        QCOMPARE(picture(label).pixelColor(50, 45), color);
+    }
+
+    void labelStandsWhereItIsAligned_data()
+    {
+        QTest::addColumn<int>("left"); // edge of the 20 columns where a letter stands
+        QTest::newRow("Left") << 0;
+        QTest::newRow("Center") << 40;
+        QTest::newRow("Right") << 80;
+    }
+
     void labelStandsWhereItIsAligned()
     {
         QFETCH(int, left);
@@ -40,42 +52,6 @@ private Q_SLOTS:
         const int all = darkPixels(picture(label), label.rect());
         QVERIFY(all > 5);
         QCOMPARE(darkPixels(picture(label), QRect(left, 0, 20, 90)), all);
-    }
-
-    void longLabelStaysOnOneLine_data() { alignments(); }
-    void longLabelStaysOnOneLine()
-    {
-        TextLabelWidget label;
-        label.resize(100, 90);
-        label.loadConfig({{"text", u"wide words\n"_s.repeated(100'000)}, {"align", QTest::currentDataTag()}});
-        const int all = darkPixels(picture(label), label.rect());
-        QVERIFY(all > 50);
-        QCOMPARE(darkPixels(picture(label), QRect(2, 35, 96, 20)), all);
-    }
-
-    void labelIsBoldOrLarge()
-    {
-        const int plain = ink({{"point", 12}});
-        QVERIFY(ink({{"point", 12}, {"bold", true}}) > 1.2 * plain);
-        QVERIFY(ink({{"point", 24}}) > 2 * plain);
-    }
-
-private:
-    /// Row by row the left edge of the 20 columns where a letter stands.
-    static void alignments()
-    {
-        QTest::addColumn<int>("left");
-        QTest::newRow("Left") << 0;
-        QTest::newRow("Center") << 40;
-        QTest::newRow("Right") << 80;
-    }
-    static int ink(const QJsonObject& font)
-    {
-        TextLabelWidget label;
-        label.resize(100, 90);
-        label.loadConfig({{"text", "Ag"}});
-        label.loadConfig(font);
-        return darkPixels(picture(label), label.rect());
     }
 };
 
