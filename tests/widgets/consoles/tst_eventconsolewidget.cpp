@@ -1,12 +1,10 @@
 #include "support/WidgetPicture.h"
-#include "widgets/consoles/ErrorConsoleWidget.h"
 #include "widgets/consoles/MessagesConsoleWidget.h"
 
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
-#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -35,20 +33,12 @@ struct Shown
     int number = 0;
 };
 
-// What both consoles have in common, and the lines of each.
+// What both consoles have in common.
 class TestEventConsoleWidget : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void showsErrorsAsPlainLines()
-    {
-        ErrorConsoleWidget console;
-        console.appendError(1.0, "E7", "");
-        console.appendError(-0.25, "E7", "<b>&amp;</b>");
-        QCOMPARE(console.plainText(), u"[1.000s] E7 : E7\n[-0.250s] E7 : <b>&amp;</b>"_s);
-    }
-
     void showsWhatWouldBreakTheLineAsSymbols()
     {
         MessagesConsoleWidget console;
@@ -73,16 +63,6 @@ private Q_SLOTS:
                 console.plainText(); // some lines leave the document, some before they get there
         }
         QCOMPARE(console.plainText(), u"[58.000s] m\n[59.000s] m\n[60.000s] m"_s);
-    }
-
-    void newLimitCountsFromTheNextLineOn()
-    {
-        Shown shown;
-        const QString before = shown.console.plainText();
-        shown.console.loadConfig({{"maxLines", -1}});
-        QCOMPARE(shown.console.plainText(), before);
-        shown.append(1);
-        QCOMPARE(shown.console.plainText(), u"[101.000s] line"_s);
     }
 
     void writesBurstInPortions()
@@ -115,22 +95,6 @@ private Q_SLOTS:
         QCOMPARE(shown.editor->horizontalScrollBar()->value(), 0);
     }
 
-    void staysAtTheEndWhenItShrinks()
-    {
-        Shown shown;
-        shown.console.resize(300, 110);
-        QVERIFY(shown.isAtEnd());
-    }
-
-    void wheelWithCtrlNeitherScrollsNorZooms()
-    {
-        Shown shown;
-        const QImage before = picture(*shown.viewport);
-        QWheelEvent wheel({50, 50}, {50, 50}, {}, {0, 240}, {}, Qt::ControlModifier, {}, false);
-        QCoreApplication::sendEvent(shown.viewport, &wheel);
-        QCOMPARE(picture(*shown.viewport), before);
-    }
-
     void selectsWhileLinesArrive()
     {
         Shown shown;
@@ -142,19 +106,6 @@ private Q_SLOTS:
         shown.append(5);
         QVERIFY(shown.isAtEnd());
         QCOMPARE(shown.editor->textCursor().selectedText(), marked);
-    }
-
-    void followsAgainWhenFocusLeavesWhileSelecting()
-    {
-        Shown shown;
-        QTest::mouseDClick(shown.viewport, Qt::LeftButton, {}, QPoint(1, 4));
-        shown.vertical->setValue(0);
-        shown.append(1);
-        QVERIFY(!shown.isAtEnd());
-        QFocusEvent out(QEvent::FocusOut); // and the release goes elsewhere
-        QCoreApplication::sendEvent(shown.editor, &out);
-        shown.append(1);
-        QVERIFY(shown.isAtEnd());
     }
 };
 
