@@ -177,7 +177,7 @@ private Q_SLOTS:
         answer.chooseFile(desk.path).accept();
         desk.layout.load(desk.dir.path());
         QCOMPARE(answer.titles(), QStringList({u"Load Layout"_s, u"Error"_s}));
-        QCOMPARE(answer.texts().last(), u"Invalid layout format."_s);
+        QCOMPARE(answer.texts().constLast(), u"Invalid layout format."_s);
         QCOMPARE(desk.scene.dashboardItems().size(), 1);
     }
 

@@ -8,12 +8,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QByteArray kExample = "DASHBOARD_MAPPING(MAP, -40., 0.5)\nDASHBOARD_SIGNAL(SIG, \"Oil temp\", MAP)\n"
+constexpr char kExample[] = "DASHBOARD_MAPPING(MAP, -40., 0.5)\nDASHBOARD_SIGNAL(SIG, \"Oil temp\", MAP)\n"
                             "DASHBOARD_STATE_GROUP(MODE, \"Mode\")\nDASHBOARD_STATE(MODE, RUN, \"Runs\")\n"
                             "DASHBOARD_ERROR(HOT, 17, \"Overheated\")\n";
 
 // The first mapping has the offset 1, the last one 2.
-const QByteArray kTwice = "DASHBOARD_MAPPING(M, 1, 0)\nDASHBOARD_MAPPING(M, 2, 0)\n"
+constexpr char kTwice[] = "DASHBOARD_MAPPING(M, 1, 0)\nDASHBOARD_MAPPING(M, 2, 0)\n"
                           "DASHBOARD_SIGNAL(SIG, \"first\", M)\nDASHBOARD_SIGNAL(SIG, \"last\", NONE)\n"
                           "DASHBOARD_STATE_GROUP(G, \"first\")\nDASHBOARD_STATE_GROUP(G, \"last\")\n"
                           "DASHBOARD_STATE(G, S, \"first\")\nDASHBOARD_STATE(G, S, \"last\")\n"
@@ -43,9 +43,9 @@ private Q_SLOTS:
     void readsTheWholeFile_data()
     {
         QTest::addColumn<QByteArray>("content");
-        QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + kExample;
+        QTest::newRow("byte-order mark") << QByteArray("\xef\xbb\xbf") + kExample;
         QTest::newRow("carriage returns") << QByteArray(kExample).replace("\n", "\r\n");
-        QTest::newRow("inside a comment") << "/*\n" + kExample + "*/";
+        QTest::newRow("inside a comment") << QByteArray("/*\n") + kExample + "*/";
         QTest::newRow("backtracking would take hours")
             << "DASHBOARD_MAPPING(M, " + QByteArray(2'000'000, '1') + "x\n" + kExample;
     }

@@ -68,7 +68,7 @@ private Q_SLOTS:
         rig.answer.accept().press(QMessageBox::Ok);
         rig.exportSignals("0 A=1\n");
         QCOMPARE(rig.answer.titles(), QStringList({u"Export CSV"_s, u"Export CSV"_s}));
-        QCOMPARE(rig.answer.texts().last(), u"No signals selected."_s);
+        QCOMPARE(rig.answer.texts().constLast(), u"No signals selected."_s);
     }
 
     void exportsSignalsWithTheRecordingsOwnDefinitions()
@@ -125,8 +125,8 @@ private Q_SLOTS:
         });
         rig.answer.reject(); // the progress or a box
         rig.exportSignals("0 A=1\n" + last + " A=2\n");
-        QTEST(rig.answer.texts().last(), "text");
-        QCOMPARE(rig.answer.titles().last(), u"Export CSV"_s);
+        QTEST(rig.answer.texts().constLast(), "text");
+        QCOMPARE(rig.answer.titles().constLast(), u"Export CSV"_s);
         QCOMPARE(readFile(old), "precious");
         QCOMPARE(QDir(rig.dir.path()).entryList(QDir::Files), QStringList(u"old.csv"_s)); // nothing half
         QCOMPARE(rig.messages.size(), 0);
@@ -141,7 +141,7 @@ private Q_SLOTS:
         rig.chooseSignal(1000.0);
         rig.answer.accept().press(QMessageBox::Ok);
         rig.exportSignals("0 A=1\n99 A=2\n");
-        QCOMPARE(rig.answer.texts().last(), u"Could not write the file: "_s + qt_error_string(ENOSPC));
+        QCOMPARE(rig.answer.texts().constLast(), u"Could not write the file: "_s + qt_error_string(ENOSPC));
         QVERIFY(!QFile::exists(rig.folder + u"/signals.csv"_s));
     }
 };

@@ -6,7 +6,7 @@
 
 #include <QTest>
 
-static const QByteArray kLines =
+static constexpr char kLines[] =
     "DASHBOARD_SIGNAL(SIG_A, \"Speed\", NONE)\nDASHBOARD_SIGNAL(sig_a, \"Lower\", NONE)\n"
     "DASHBOARD_SIGNAL(SIG_B, \"Inner pressure\", NONE)\n";
 

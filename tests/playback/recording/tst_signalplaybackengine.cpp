@@ -58,7 +58,7 @@ private:
     {
         QObject::connect(&engine, signal, &engine, [this, name](const auto&... what) {
             QString text;
-            (QDebug(&text).noquote() << name << ... << what);
+            ((QDebug(&text).noquote() << name) << ... << what);
             said << text.remove(u"QMap"_s).trimmed();
         });
     }

@@ -64,7 +64,9 @@ private Q_SLOTS:
         QStringList names;
         for (int i = 0; i < keys; ++i)
             names << QString::number(i).rightJustified(charactersOfAKey, u'K');
-        const std::vector<LineValues::KeyedNumber> numbers(names.begin(), names.end());
+        std::vector<LineValues::KeyedNumber> numbers;
+        for (const QString& name : names)
+            numbers.push_back({name, 1.0});
         LineValues values;
         const ValueMap map = values.toMap(numbers);
         QCOMPARE(map.size(), keys);

@@ -35,7 +35,7 @@ private Q_SLOTS:
     {
         Filled filled;
         filled.intake.addTimed("A", 19.0 + 1e-10, 20.0);
-        QCOMPARE(filled.storedMs().last(), 19'000);
+        QCOMPARE(filled.storedMs().constLast(), 19'000);
         QCOMPARE(filled.intake.lastAppendMs(), 19'000); // so that a plot of repeats goes on scrolling
     }
 
@@ -43,14 +43,14 @@ private Q_SLOTS:
     {
         Filled filled;
         filled.intake.addTimed("A", 19.0 + 1e-8, 20.0);
-        QCOMPARE(filled.storedMs().last(), 20'000);
+        QCOMPARE(filled.storedMs().constLast(), 20'000);
     }
 
     void storesUnderNameWithoutSuffix()
     {
         Filled filled;
         filled.intake.addTimed("A: raw", 1.0, 20.0);
-        QCOMPARE(filled.storedMs().last(), 20'000);
+        QCOMPARE(filled.storedMs().constLast(), 20'000);
     }
 
     void storesNothingOfOthers() { QVERIFY(!Filled().intake.addTimed("a", 1.0, 20.0)); }
@@ -60,7 +60,7 @@ private Q_SLOTS:
         Filled filled;
         filled.clock.setExternalNowMs(15'000);
         filled.intake.prune();
-        QCOMPARE(filled.storedMs().first(), 4000);
+        QCOMPARE(filled.storedMs().constFirst(), 4000);
         filled.clock.setExternalNowMs(900'000);
         filled.intake.prune();
         QCOMPARE(filled.storedMs(), {19'000});

@@ -75,7 +75,7 @@ private Q_SLOTS:
         QCOMPARE(action->text(), "Delete screen markers");
         QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(action).center());
         QCOMPARE(m_plot->markers().size(), 1);
-        QCOMPARE(m_plot->markers().first().label, "D");
+        QCOMPARE(m_plot->markers().constFirst().label, "D");
     }
 
     // A pop-up swallows the release of the press that opened it.
