@@ -1,6 +1,5 @@
 #include <QImage>
 #include <QTest>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
@@ -35,13 +34,6 @@ private Q_SLOTS:
     }
 
     void applicationIconIsLarge() { QCOMPARE(QImage(u":/icons/sigvane.png"_s).size(), QSize(256, 256)); }
-
-    void translationLoads()
-    {
-        QTranslator translator;
-        QVERIFY(translator.load(u":/i18n/sigvane_en_GB.qm"_s));
-        QCOMPARE(translator.language(), u"en_GB"_s);
-    }
 };
 
 QTEST_GUILESS_MAIN(TestResources)
