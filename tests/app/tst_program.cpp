@@ -19,12 +19,6 @@ struct Program
 
     explicit Program(const QStringList& arguments)
     {
-        // Its log is looked at, whatever the environment of the tests wants to be logged, how and where.
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"QT_LOGGING_RULES"_s, u"default.debug=true"_s);
-        environment.insert(u"QT_FORCE_STDERR_LOGGING"_s, u"1"_s);
-        environment.remove(u"QT_MESSAGE_PATTERN"_s);
-        process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(QStringLiteral(SIGVANE_PROGRAM), arguments);
     }
@@ -33,15 +27,14 @@ struct Program
         process.kill();
         process.waitForFinished();
     }
-    bool says(const QByteArray& text)
-    {
-        said += process.readAll();
-        return said.contains(text);
-    }
     bool comesToSay(const QByteArray& text)
     {
-        const auto hasSaid = [&] { return process.state() == QProcess::NotRunning || says(text); };
-        return QTest::qWaitFor(hasSaid, 30'000) && says(text);
+        const auto hasSaid = [&] {
+            const bool ended = process.state() == QProcess::NotRunning;
+            said += process.readAll();
+            return ended || said.contains(text);
+        };
+        return QTest::qWaitFor(hasSaid, 30'000) && said.contains(text);
     }
 };
 
@@ -68,58 +61,32 @@ class TestProgram : public QObject
     const QTemporaryDir m_dir; // no project
 
 private Q_SLOTS:
-    void answersAndEnds_data()
-    {
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("version") << u"--version"_s << 0 << QByteArray("Sigvane " SIGVANE_VERSION);
-        QTest::newRow("help") << u"--help"_s << 0 << QByteArray("Path to dashboard_signals.def.");
-        QTest::newRow("unknown") << u"--nonsense"_s << 1 << QByteArray("nonsense");
-    }
-
-    void answersAndEnds()
-    {
-        QFETCH(QString, option);
-        QFETCH(QByteArray, answer);
-        Program program({option});
-        QVERIFY2(program.comesToSay(answer), program.said);
-        QTRY_COMPARE(program.process.state(), QProcess::NotRunning);
-        QTEST(program.process.exitCode(), "exitCode");
-    }
-
-    void opensWhatTheOptionNames_data()
+    void answersToItsOptions_data()
     {
         const QString none = m_dir.filePath(u"none"_s);
-        const QString definitions = writeFile(m_dir.filePath(u"rig.def"_s), "\n");
+        const QString file = writeFile(m_dir.filePath(u"rig.def"_s), "\n");
         const QByteArray noProject = "Not a usable project: " + none.toUtf8();
-        const QByteArray noFolder =
-            "Not a project, only its definitions were loaded: " + definitions.toUtf8();
-        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QStringList>("options");
         QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("--project") << QStringList({u"--project"_s, none}) << noProject;
+        QTest::newRow("version") << QStringList(u"--version"_s) << QByteArray("Sigvane " SIGVANE_VERSION);
         QTest::newRow("-p") << QStringList({u"-p"_s, none}) << noProject;
-        QTest::newRow("--def") << QStringList({u"--def"_s, definitions}) << noFolder;
-        QTest::newRow("-d") << QStringList({u"-d"_s, definitions}) << noFolder;
-        QTest::newRow("both") << QStringList({u"-d"_s, definitions, u"-p"_s, none}) << noProject;
+        QTest::newRow("--def") << QStringList({u"--def"_s, file})
+                               << "Not a project, only its definitions were loaded: " + file.toUtf8();
+        QTest::newRow("project counts more")
+            << QStringList({u"-d"_s, file, u"--project"_s, none}) << noProject;
+        QTest::newRow("--layout") << QStringList({u"-d"_s, file, u"--layout"_s, none}) << ' ' + none.toUtf8();
+        QTest::newRow("--baud") << QStringList({u"-d"_s, file, u"--baud"_s, u"quick"_s})
+                                << QByteArray("Not a baud rate: quick");
+        QTest::newRow("--play") << QStringList({u"-d"_s, file, u"--record"_s, u"--play"_s, none})
+                                << QByteArray("Not both --record and --play: recording");
     }
 
-    void opensWhatTheOptionNames()
+    void answersToItsOptions()
     {
-        QFETCH(QStringList, arguments);
+        QFETCH(QStringList, options);
         QFETCH(QByteArray, answer);
-        Program program(arguments);
-        QVERIFY2(program.comesToSay("sigvane: " + answer + '\n'), program.said);
-    }
-
-    void goesOnWithoutWhatCannotBeUsed()
-    {
-        Program program({u"--project"_s, m_dir.path(), u"--baud"_s, u"quick"_s, u"--port"_s,
-                         m_dir.filePath(u"port"_s), u"--play"_s, QStringLiteral(SIGVANE_RECORDING)});
-        QVERIFY2(program.comesToSay("[Playback] frames: "), program.said);
-        QVERIFY2(program.says("Not a baud rate: quick"), program.said);
-        QVERIFY2(program.says("Could not open the port"), program.said);
-        QCOMPARE(program.process.state(), QProcess::Running);
+        Program program(options);
+        QVERIFY2(program.comesToSay(answer + '\n'), program.said);
     }
 
     void killedWhileRecordingLosesASecondAtMost()
@@ -143,11 +110,9 @@ private Q_SLOTS:
         QCOMPARE(lines.takeLast(), QByteArray()); // the last one is whole
         QVERIFY(!lines.isEmpty());
         for (qsizetype i = 0; i < lines.size(); ++i)
-            QCOMPARE(lines[i].split(' ').last(), "N=" + QByteArray::number(i));
+            QCOMPARE(lines[i].split(' ').constLast(), "N=" + QByteArray::number(i));
         const qint64 lostMs = killedMs - sentMs.at(lines.size() - 1);
-        qInfo("%lld of %lld lines recorded, the last %lld ms are lost", (long long)lines.size(),
-              (long long)sentMs.size(), (long long)lostMs);
-        QVERIFY(lostMs < 1500); // a second, and what a busy machine adds
+        QVERIFY2(lostMs < 1500, QByteArray::number(lostMs)); // a second, and what a busy machine adds
     }
 };
 
