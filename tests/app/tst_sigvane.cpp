@@ -38,6 +38,7 @@ struct ReplayRig : WindowRig
                     "DASHBOARD_MAPPING(TENFOLD, 0, 10)\n"
                     "DASHBOARD_SIGNAL(A, \"a\", TENFOLD)\n");
         trend->assignSignals({u"A"_s});
+        window.router()->routeLiveValues({{u"C"_s, 0.0}}); // from here on it has to notice changes
         xy->loadConfig({{u"xSignal"_s, u"A"_s}, {u"ySignal"_s, u"B"_s}});
         state->setGroupId(u"M"_s);
         replay("0 A=1 B=1\n1 A=2 ST_M=RUN ERR=E\n1 RAW hello\n100 A=3\n");
