@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
+#include <QProgressDialog>
 
 ModalAnswer::ModalAnswer()
 {
@@ -12,7 +13,7 @@ ModalAnswer::ModalAnswer()
 
 ModalAnswer& ModalAnswer::then(Answer answer)
 {
-    m_answers.push_back(std::move(answer));
+    m_answers.push_back({std::move(answer)});
     return *this;
 }
 
@@ -24,6 +25,13 @@ ModalAnswer& ModalAnswer::accept()
 ModalAnswer& ModalAnswer::reject()
 {
     return then([](QDialog* dialog) { dialog->reject(); });
+}
+
+ModalAnswer& ModalAnswer::rejectOrCancel()
+{
+    reject();
+    m_answers.back().takesProgress = true;
+    return *this;
 }
 
 ModalAnswer& ModalAnswer::press(QMessageBox::StandardButton button)
@@ -52,6 +60,9 @@ void ModalAnswer::look()
     auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
     if (!dialog || dialog == m_last)
         return;
+    const bool takesProgress = !m_answers.empty() && m_answers.front().takesProgress;
+    if (qobject_cast<QProgressDialog*>(dialog) && !takesProgress)
+        return;
     m_last = dialog;
     m_titles.append(dialog->windowTitle());
     const auto* box = qobject_cast<QMessageBox*>(dialog);
@@ -61,7 +72,7 @@ void ModalAnswer::look()
         dialog->reject();
         return;
     }
-    const Answer answer = std::move(m_answers.front());
+    const Answer answer = std::move(m_answers.front().answer);
     m_answers.pop_front();
     answer(dialog);
 }
