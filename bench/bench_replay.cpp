@@ -5,6 +5,7 @@
 
 #include "app/CommandLine.h"
 #include "app/Sigvane.h"
+#include "bench/LoopWatch.h"
 #include "bench/WindowApplication.h"
 #include "canvas/DashboardItem.h"
 #include "canvas/DashboardView.h"
@@ -14,7 +15,6 @@
 #include "playback/recording/SignalPlaybackEngine.h"
 #include "playback/recording/SignalRecorder.h"
 #include "serial/SerialManager.h"
-#include "support/LoopWatch.h"
 #include "widgets/trend/TrendPlotWidget.h"
 
 #include <QDoubleSpinBox>

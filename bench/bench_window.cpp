@@ -5,12 +5,12 @@
 
 #include "app/CommandLine.h"
 #include "app/Sigvane.h"
+#include "bench/LoopWatch.h"
 #include "bench/WindowApplication.h"
 #include "canvas/DashboardItem.h"
 #include "canvas/DesignScene.h"
 #include "licensing/LicenseCheck.h"
 #include "serial/SerialManager.h"
-#include "support/LoopWatch.h"
 #include "widgets/DashboardWidget.h"
 
 #include <QElapsedTimer>
