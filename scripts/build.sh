@@ -6,8 +6,7 @@ set -euo pipefail
 # shellcheck source=scripts/lib.sh
 source "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-# shellcheck disable=SC2119  # it takes what is needed beside the usual, which is nothing
-set_up
+set_up_preset "${1:-release}"
 if [ $# -eq 0 ]; then
     build release sigvane pump-rig
     step "the program is build/release/app/sigvane"

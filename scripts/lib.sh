@@ -89,6 +89,20 @@ set_up() {
     fi
 }
 
+# set_up_clang: what the preset asan needs besides: the compiler with its sanitizers, clazy for that version of it, what
+# names the places in a report, and Google Benchmark, as it builds everything.
+set_up_clang() {
+    set_up clang=clang++ clazy=clazy llvm=llvm-symbolizer libbenchmark-dev=true
+    # The sanitizers' libraries have the number of the compiler in their name.
+    set_up "libclang-rt-$(clang -dumpversion | sed 's/[.].*//')-dev=true"
+}
+
+# set_up_preset <preset> [<package>=<tool>]...: the same for building a preset.
+set_up_preset() {
+    [ "$1" != asan ] || set_up_clang
+    set_up "${@:2}"
+}
+
 # build <preset> [<target>...]: configures when that was not done yet or the presets changed, and builds.
 build() {
     local preset=$1 log=build/$1-configure.log

@@ -11,7 +11,7 @@ if [ "${1:-}" = --preset ]; then
     shift 2
 fi
 
-set_up xvfb=Xvfb
+set_up_preset "$preset" xvfb=Xvfb
 build "$preset"
 step "running the tests of build/$preset"
 exec ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error "$@" </dev/null
