@@ -17,8 +17,6 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-/// Called once before the first run, for targets that need a preparation.
-extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* argc, char*** argv);
 
 namespace {
 
@@ -121,8 +119,6 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s holds no files\n", argv[1]);
         return 2;
     }
-    if (LLVMFuzzerInitialize)
-        LLVMFuzzerInitialize(&argc, &argv);
 
     for (const std::string& input : corpus)
         run(input);
