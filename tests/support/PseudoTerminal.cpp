@@ -43,7 +43,7 @@ bool PseudoTerminal::writeAll(const QByteArray& bytes)
     const QDeadlineTimer deadline(30'000);
     qint64 done = 0;
     while (done < bytes.size()) {
-        const qint64 written = write(bytes.mid(done, 64 * 1024));
+        const qint64 written = write(bytes.mid(done, 65'536));
         if (written < 0 || deadline.hasExpired())
             return false;
         done += written;

@@ -139,17 +139,19 @@ private Q_SLOTS:
         if (!disk.isMounted())
             QSKIP("mounting a small disk is not permitted here");
         rig.start();
+        constexpr qsizetype kMessageSize = 1'048'576;
         QByteArray lines;
         for (; rig.recorder.error().isEmpty() && lines.size() < 1'000'000; lines += "0.000000 ERR=FULL\n")
             rig.recorder.writeError(1.0, u"FULL"_s);
         QCOMPARE(rig.recorder.error(), qt_error_string(ENOSPC));
-        QCOMPARE(readFile(rig.recorder.path()), lines.left(65536 / 18 * 18)); // whole ones only
-        for (int i = 0; i < 20; ++i)                                          // of which 15 may wait
-            rig.recorder.writeMessage(1.0, QString(1024 * 1024, u'x'));
+        QCOMPARE(readFile(rig.recorder.path()), lines.left(65'520)); // of 65,536 bytes, whole lines only
+        for (int i = 0; i < 20; ++i)                                 // of which 15 may wait
+            rig.recorder.writeMessage(1.0, QString(kMessageSize, u'x'));
         QCOMPARE(rig.recorder.lostLines(), 5);
         QVERIFY(disk.resize("size=32m"));
         QTRY_COMPARE(rig.recorder.error(), QString());
-        QCOMPARE(rig.stopped(), lines + ("0.000000 RAW " + QByteArray(1024 * 1024, 'x') + '\n').repeated(15));
+        QCOMPARE(rig.stopped(),
+                 lines + ("0.000000 RAW " + QByteArray(kMessageSize, 'x') + '\n').repeated(15));
     }
 };
 

@@ -98,7 +98,7 @@ private:
     {
         QImage image(size, QImage::Format_RGB32);
         image.fill(Qt::green);
-        const QString path = m_dir.filePath(name);
+        QString path = m_dir.filePath(name);
         if (!QFileInfo(path).dir().mkpath(".") || !image.save(path))
             qFatal("cannot save %s", qPrintable(path));
         return path;

@@ -81,7 +81,7 @@ private Q_SLOTS:
         const TrendSeries series = samplesOf(samples);
         const TrendAxes axes{kPlot, 0, series.last().tMs, {-10.0, 10.0}};
         const TrendTrace trace = steps ? TrendTrace::steps(series, axes) : TrendTrace::segments(series, axes);
-        QVERIFY(trace.lines.size() + trace.areas.size() <= 3 * kPlot.width());
+        QVERIFY(trace.lines.size() + trace.areas.size() <= qsizetype(3) * kPlot.width());
         QCOMPARE(drawn(trace), drawn(everySample(series, axes, steps)));
     }
 
